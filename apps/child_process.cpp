@@ -103,47 +103,43 @@ class Child {
     const auto patience = std::chrono::duration<double>(limits.seconds);
     deadline_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(patience);
     Child_Result result;
-    if (!receive(limits.answer_bytes, result)) return result;
-    if (!join(result)) result.end = Child_End::out_of_time;
+    result.end = receive(limits.answer_bytes, result.answer);
+    if (result.end == Child_End::answered) result.end = join(result.signal);
     if (result.end != Child_End::answered) result.answer.clear();
     return result;
   }
 
  private:
-  // Reads up to the end of the answer; false when that end did not come as agreed.
-  bool receive(std::size_t longest, Child_Result& result) {
+  // Reads until the child closes its end of the pipe.
+  Child_End receive(std::size_t longest, std::vector<std::byte>& answer) {
     std::vector<std::byte> buffer(std::size_t{1} << 18);
     while (true) {
       const auto left =
           std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - Clock::now()).count();
+      if (left <= 0) return Child_End::out_of_time;
       pollfd waiting{answer_end_, POLLIN, 0};
-      const int ready = left > 0 ? poll(&waiting, 1, static_cast<int>(std::min<long>(left, 1000))) : 0;
-      if (left <= 0) return result.end = Child_End::out_of_time, false;
-      if (ready <= 0) continue;
+      if (poll(&waiting, 1, static_cast<int>(std::min<long>(left, 1000))) <= 0) continue;
       const ssize_t got = read(answer_end_, buffer.data(), buffer.size());
-      if (got == 0) return true;
+      if (got == 0) return Child_End::answered;
       if (got < 0 && errno == EINTR) continue;
-      if (got < 0) return result.end = Child_End::broke_off, false;
-      if (static_cast<std::size_t>(got) > longest - result.answer.size())
-        return result.end = Child_End::answer_too_long, false;
-      result.answer.insert(result.answer.end(), buffer.begin(), buffer.begin() + got);
+      if (got < 0) return Child_End::broke_off;
+      if (static_cast<std::size_t>(got) > longest - answer.size()) return Child_End::answer_too_long;
+      answer.insert(answer.end(), buffer.begin(), buffer.begin() + got);
     }
   }
 
-  // Waits for the exit status; false when it does not come in time.
-  bool join(Child_Result& result) {
+  Child_End join(int& signal_number) {
     int status = 0;
     while (true) {
       const pid_t joined = waitpid(pid_, &status, WNOHANG);
       if (joined == pid_) break;
-      if (joined < 0 && errno != EINTR) return result.end = Child_End::broke_off, true;
-      if (Clock::now() >= deadline_) return false;
+      if (joined < 0 && errno != EINTR) return Child_End::broke_off;
+      if (Clock::now() >= deadline_) return Child_End::out_of_time;
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     pid_ = 0;
-    result.end = meaning(status);
-    if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
-    return true;
+    if (WIFSIGNALED(status)) signal_number = WTERMSIG(status);
+    return meaning(status);
   }
 
   static Child_End meaning(int status) {

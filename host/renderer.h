@@ -16,6 +16,8 @@ class KORVEL_EXPORT KT_Renderer_Options {
   KT_Int_XY window_origin() const;       ///< device coordinates of the left bottom pixel
   KT_Int_XY window_size() const;         ///< width and height in pixels
   const KT_Palette& palette() const;
+  bool backing_store() const;            ///< true: the frame image is kept between pictures
+  bool supports_complex_clip() const;    ///< true: the renderer honours complex clips
 
   void set_buffer_depth(int bits);
   void set_backing_store(bool on);

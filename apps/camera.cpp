@@ -1,0 +1,151 @@
+#include "apps/camera.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace kv {
+namespace {
+
+constexpr double field_of_view_degrees = 35;  // across the shorter side of the window
+constexpr double used_part = 0.92;            // of the window, the rest is margin
+constexpr double farthest_depth = 65535;
+// In parts of the model's size: no nearer does the eye come by itself, and no nearer does it see.
+constexpr double least_approach = 0.05;
+constexpr double least_near = 0.005;
+// The near plane stays clear of the nearest points by this, else their rounding errors are cut.
+constexpr double near_slack = 1e-6;
+
+double radians(double degrees) { return degrees * std::numbers::pi / 180; }
+
+// From axes with y up and the front at z to the model's.
+Vec3 turned(Vec3 v, Up_Axis up) {
+  switch (up) {
+    case Up_Axis::x: return {v.y, -v.x, v.z};
+    case Up_Axis::z: return {v.x, -v.z, v.y};
+    default: return v;
+  }
+}
+
+template <class Visit>
+void for_each_position(const Model& model, Visit visit) {
+  for (const Mesh& mesh : model.meshes)
+    for (const Vertex& vertex : mesh.vertices) visit(vertex.position);
+}
+
+struct Range {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -std::numeric_limits<double>::infinity();
+
+  void include(double value) {
+    low = std::min(low, value);
+    high = std::max(high, value);
+  }
+  double middle() const { return (low + high) / 2; }
+  double size() const { return high - low; }
+};
+
+}  // namespace
+
+// Of the model along the axes of the view.
+struct View::Extent {
+  Range x, y, z;  // to the right, up, and toward the viewer
+
+  double size() const { return length({x.size(), y.size(), z.size()}); }
+};
+
+View::View(const Camera_Options& options, int width, int height, const Model& model)
+    : orthographic_(options.orthographic), half_width_(width / 2.0), half_height_(height / 2.0) {
+  set_axes(options);
+  const Extent extent = extent_of(model);
+  if (orthographic_)
+    frame_orthographic(options, extent);
+  else
+    frame_perspective(options, model, extent);
+}
+
+void View::set_axes(const Camera_Options& options) {
+  const double azimuth = radians(options.azimuth), elevation = radians(options.elevation);
+  const double ca = std::cos(azimuth), sa = std::sin(azimuth);
+  const double ce = std::cos(elevation), se = std::sin(elevation);
+  right_ = turned({ca, 0, -sa}, options.up);
+  up_ = turned({-sa * se, ce, -ca * se}, options.up);
+  back_ = turned({sa * ce, se, ca * ce}, options.up);
+}
+
+View::Extent View::extent_of(const Model& model) const {
+  Extent extent;
+  for_each_position(model, [&](Vec3f position) {
+    const Vec3 p = widen(position);
+    extent.x.include(dot(p, right_));
+    extent.y.include(dot(p, up_));
+    extent.z.include(dot(p, back_));
+  });
+  return extent;
+}
+
+// The eye goes as near as the four sides of the window allow: a side with slope t leaves a point
+// (x, z) inside when x - eye.x <= t (eye.z - z), so each side asks for eye.x + t eye.z (or its
+// mirror image) to reach the largest x + t z, and two opposite sides settle eye.x and eye.z.
+void View::frame_perspective(const Camera_Options& options, const Model& model,
+                             const Extent& extent) {
+  const double focus =
+      std::min(half_width_, half_height_) / std::tan(radians(field_of_view_degrees / 2));
+  const double tx = used_part * half_width_ / focus, ty = used_part * half_height_ / focus;
+  // Relative to the middle, so that a far-off-centre model loses no digits.
+  const Vec3 middle{extent.x.middle(), extent.y.middle(), extent.z.middle()};
+  Range left, right, below, above;
+  for_each_position(model, [&](Vec3f position) {
+    const Vec3 p = widen(position);
+    const Vec3 v = Vec3{dot(p, right_), dot(p, up_), dot(p, back_)} - middle;
+    right.include(v.x + tx * v.z);
+    left.include(-v.x + tx * v.z);
+    above.include(v.y + ty * v.z);
+    below.include(-v.y + ty * v.z);
+  });
+  const double size = extent.size();
+  const double eye_z = std::max({(right.high + left.high) / (2 * tx),
+                                 (above.high + below.high) / (2 * ty),
+                                 extent.z.size() / 2 + least_approach * size}) *
+                       options.distance;
+  const Vec3 seen = middle + Vec3{(right.high - left.high) / 2, (above.high - below.high) / 2, eye_z};
+  eye_ = right_ * seen.x + up_ * seen.y + back_ * seen.z;
+  scale_ = focus * options.zoom;
+  near_ = std::max(eye_z - extent.z.size() / 2 - near_slack * size, least_near * size);
+  far_ = std::max(eye_z + extent.z.size() / 2, near_);
+}
+
+void View::frame_orthographic(const Camera_Options& options, const Extent& extent) {
+  eye_ = right_ * extent.x.middle() + up_ * extent.y.middle() + back_ * extent.z.high;
+  // A model seen edge-on has no extent one way.
+  const double least_size = 1e-9 * extent.size();
+  const double fit_x = 2 * half_width_ / std::max(extent.x.size(), least_size);
+  const double fit_y = 2 * half_height_ / std::max(extent.y.size(), least_size);
+  scale_ = used_part * std::min(fit_x, fit_y) * options.zoom;
+  near_ = -near_slack * extent.size();
+  far_ = extent.z.size();
+}
+
+Vec3 View::to_eye(Vec3f position) const {
+  const Vec3 v = widen(position) - eye_;
+  return {dot(v, right_), dot(v, up_), -dot(v, back_)};
+}
+
+KT_Point View::to_device(Vec3 eye_point) const {
+  const double scale = orthographic_ ? scale_ : scale_ / eye_point.z;
+  // In perspective it is the inverse of the distance that is linear across the device.
+  const double part = orthographic_ ? (eye_point.z - near_) / (far_ - near_)
+                      : far_ > near_ ? far_ * (eye_point.z - near_) / (eye_point.z * (far_ - near_))
+                                     : 0;
+  const Vec3 device{half_width_ + scale * eye_point.x, half_height_ + scale * eye_point.y,
+                    farthest_depth * std::clamp(part, 0.0, 1.0)};
+  const Vec3f point = narrow(device);
+  return {point.x, point.y, point.z};
+}
+
+Vec3 View::toward_eye(Vec3f position) const {
+  return orthographic_ ? back_ : normalized(eye_ - widen(position));
+}
+
+}  // namespace kv

@@ -1,0 +1,47 @@
+// A renderer module at work: one window of one configuration, drawn into and read back.
+#pragma once
+
+#include <string>
+
+#include "apps/device_geometry.h"
+#include "apps/picture.h"
+#include "apps/variant.h"
+#include "host/application.h"
+
+namespace kv {
+
+// All members throw a Failure of Exit_Code::module when the module does not do its part, and
+// std::bad_alloc when the picture is too large for the memory.
+class Host_Session {
+ public:
+  Host_Session(const std::string& module_path, const Variant& variant, int width, int height);
+
+  // Clears the window to `background` and draws the strips.
+  void draw(const Device_Geometry& geometry, const Color& background);
+  Picture read_picture();
+
+  Host_Session(const Host_Session&) = delete;  // the renderer knows the session by its address
+  Host_Session& operator=(const Host_Session&) = delete;
+
+ private:
+  void configure();
+  void draw_strips(const Device_Geometry& geometry);
+  template <KT_Action action, class... Arguments>
+  void call(Arguments&&... arguments);
+  [[noreturn]] void fail(const std::string& what, const std::string& hint = {}) const;
+  // Behind the action: tells the session of a lack of memory, which the module cannot.
+  static void create_frame_buffer(void* session, int width, int height,
+                                  const KT_Image_Format* format, KT_Shared_Image* image);
+
+  std::string module_path_;
+  Variant variant_;
+  int width_, height_;
+  KT_Palette palette_;  // null unless colours are mapped
+  bool out_of_memory_ = false;
+  // In this order: the module goes last.
+  KT_Renderer_Module module_;
+  KT_Handle<KT_Renderer_Data> renderer_;
+  KT_Rendition rendition_;
+};
+
+}  // namespace kv

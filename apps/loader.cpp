@@ -1,0 +1,108 @@
+#include "apps/loader.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <exception>
+#include <iomanip>
+#include <sstream>
+#include <utility>
+
+#include "apps/child_process.h"
+#include "apps/errors.h"
+#include "apps/importer.h"
+#include "apps/mesh_repair.h"
+#include "apps/validation.h"
+#include "apps/wire.h"
+
+namespace kv {
+namespace {
+
+[[noreturn]] void refuse(const std::string& path, const std::string& what,
+                         const std::string& hint = {}) {
+  throw Failure(Exit_Code::input, path, what, hint);
+}
+
+std::string megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + " MB"; }
+
+// What can be said without parsing, in words better than a parser's.
+void check_file(const std::string& path, const Load_Limits& limits) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) refuse(path, system_words(errno));
+  if (S_ISDIR(status.st_mode)) refuse(path, "this is a directory, not a model");
+  if (!S_ISREG(status.st_mode)) refuse(path, "this is not a regular file");
+  if (status.st_size == 0) refuse(path, "the file is empty");
+  if (static_cast<std::size_t>(status.st_size) > limits.memory_bytes)
+    refuse(path, "the file is larger than the " + megabytes(limits.memory_bytes) + " allowed",
+           "--load-memory raises the limit");
+  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) refuse(path, system_words(errno));
+  close(file);
+}
+
+[[noreturn]] void refuse_crash(const std::string& path, int signal_number) {
+  if (signal_number == SIGKILL) refuse(path, "the loader was stopped from outside");
+  refuse(path, "the loader crashed on it (signal " + std::to_string(signal_number) + ")",
+         "the file is damaged");
+}
+
+void check_end(const std::string& path, const Load_Limits& limits, const Child_Result& result) {
+  std::ostringstream seconds;
+  seconds << limits.seconds;
+  switch (result.end) {
+    case Child_End::answered: return;
+    case Child_End::crashed: refuse_crash(path, result.signal);
+    case Child_End::out_of_time:
+      refuse(path, "loading took longer than the " + seconds.str() + " s allowed",
+             "--load-seconds raises the limit");
+    case Child_End::out_of_memory:
+      refuse(path, "loading needs more than the " + megabytes(limits.memory_bytes) + " allowed",
+             "--load-memory raises the limit");
+    case Child_End::answer_too_long:
+      refuse(path, "the model is too large", "--max-triangles raises the limit");
+    case Child_End::broke_off: refuse(path, "the loader broke off", "the file is damaged");
+  }
+  refuse(path, "the loader ended in an unknown way");
+}
+
+// The longest answer the importer may send for this many triangles, with room for the small parts.
+std::size_t answer_bytes(std::size_t triangles) {
+  constexpr std::size_t room = std::size_t{16} << 20;
+  return triangles * 3 * (sizeof(Vertex) + sizeof(std::uint32_t)) + room;
+}
+
+Model run_loader(const std::string& path, const Load_Limits& limits) {
+  const Child_Limits child_limits{limits.seconds, limits.memory_bytes,
+                                  answer_bytes(limits.triangles)};
+  Child_Result result = run_in_child(child_limits, [&](const Child_Send& send) {
+    import_model(path, limits.triangles, send);
+  });
+  check_end(path, limits, result);
+  Loader_Answer answer = decode_answer(result.answer);
+  if (!answer.refusal.empty()) refuse(path, answer.refusal);
+  return std::move(answer.model);
+}
+
+}  // namespace
+
+Model load_model(const std::string& path, const Load_Limits& limits) {
+  check_file(path, limits);
+  try {
+    Model model = run_loader(path, limits);
+    check_model(model, limits.triangles);
+    for (Mesh& mesh : model.meshes) repair_mesh(mesh);
+    if (triangle_count(model) == 0) refuse(path, "the model has no triangle", "there is nothing to draw");
+    return model;
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    refuse(path, "the model does not fit into memory");
+  } catch (const std::exception& error) {
+    refuse(path, error.what(), "the file is damaged");
+  }
+}
+
+}  // namespace kv

@@ -1,0 +1,45 @@
+#include "apps/near_clip.h"
+
+#include <utility>
+
+namespace kv {
+namespace {
+
+float between(float from, float to, double part) {
+  return static_cast<float>(from + part * (static_cast<double>(to) - from));
+}
+
+// Where the edge from a kept to a dropped point crosses the plane. Always asked in that direction,
+// so that two triangles get the same point on their common edge.
+Eye_Point crossing(const Eye_Point& kept, const Eye_Point& dropped, double near_plane) {
+  const double part =
+      (kept.position.z - near_plane) / (kept.position.z - dropped.position.z);
+  Eye_Point point;
+  point.position = kept.position + (dropped.position - kept.position) * part;
+  point.position.z = near_plane;
+  point.color = {between(kept.color.red, dropped.color.red, part),
+                 between(kept.color.green, dropped.color.green, part),
+                 between(kept.color.blue, dropped.color.blue, part),
+                 between(kept.color.alpha, dropped.color.alpha, part)};
+  return point;
+}
+
+}  // namespace
+
+Clipped_Strip clip_near(const std::array<Eye_Point, 3>& triangle, double near_plane) {
+  Clipped_Strip polygon;
+  const auto add = [&](const Eye_Point& point) { polygon.points[polygon.count++] = point; };
+  const auto kept = [&](const Eye_Point& point) { return point.position.z >= near_plane; };
+  for (std::size_t i = 0; i < 3; ++i) {
+    const Eye_Point& here = triangle[i];
+    const Eye_Point& next = triangle[(i + 1) % 3];
+    if (kept(here)) add(here);
+    if (kept(here) && !kept(next)) add(crossing(here, next, near_plane));
+    if (!kept(here) && kept(next)) add(crossing(next, here, near_plane));
+  }
+  // From the order around a quadrilateral to that of a strip.
+  if (polygon.count == 4) std::swap(polygon.points[2], polygon.points[3]);
+  return polygon;
+}
+
+}  // namespace kv

@@ -1,0 +1,29 @@
+// Cuts triangles at the near plane, before the division that would turn them inside out.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+#include "apps/model.h"
+
+namespace kv {
+
+// A point in eye coordinates (z away from the eye) with the colour it is lit in.
+struct Eye_Point {
+  Vec3 position;
+  Color color;
+};
+
+// What is left of a triangle: 0, 3 or 4 points in the order of a strip.
+struct Clipped_Strip {
+  std::array<Eye_Point, 4> points;
+  std::size_t count = 0;
+
+  std::span<const Eye_Point> span() const { return std::span(points).first(count); }
+};
+
+// Keeps what lies at or beyond `near_plane`, and its winding.
+Clipped_Strip clip_near(const std::array<Eye_Point, 3>& triangle, double near_plane);
+
+}  // namespace kv

@@ -1,0 +1,31 @@
+// The byte stream from the loader process to its parent. Both are the same program, so numbers
+// travel as they lie in memory; but the sender may have been damaged by what it read, so the reader
+// trusts no length and no count.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/model.h"
+
+namespace kv {
+
+using Bytes = std::vector<std::byte>;
+
+Bytes encode_refusal(std::string_view reason);
+// A model travels as its head and then each of its meshes.
+Bytes encode_head(const std::vector<Material>& materials, std::size_t mesh_count);
+Bytes encode_mesh(const Mesh& mesh);
+
+struct Loader_Answer {
+  std::string refusal;  // why there is no model; empty when there is one
+  Model model;
+};
+
+// Throws std::runtime_error when the bytes are not an answer. The contents are not checked here.
+Loader_Answer decode_answer(std::span<const std::byte> bytes);
+
+}  // namespace kv

@@ -1,0 +1,65 @@
+// The framework's two default material objects.
+#include "host/material.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/rendition.h"
+
+namespace {
+
+constexpr float shininess = 32;
+
+/// What both default materials have in common: no texture, and the light of a lamp beside the
+/// viewer, who looks along z.
+class Default_Material : public KT_Material_Object {
+ public:
+  Default_Material() { std::fill_n(specular_color, 3, 1.0F); }
+
+  KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override {
+    result.release();
+    return result;
+  }
+
+  void shade(float result[3], const KT_Rendition& rendition, const KT_Vector& vector, int, int, int,
+             int, int) override {
+    KT_Vector normal = vector;
+    normal.normalize();
+    // With lamp and viewer in one place, half way between them is the same direction again. A
+    // surface seen from behind is lit no less.
+    const float diffuse = std::abs(normal.z);
+    const float specular = std::pow(diffuse, shininess);
+    const KT_RGB32 color = rendition->material->color;
+    const std::uint8_t channels[3] = {color.red, color.green, color.blue};
+    for (int n = 0; n < 3; ++n) {
+      result[n] = static_cast<float>(channels[n]) / 255 * diffuse + specular_color[n] * specular;
+    }
+  }
+};
+
+class Basic_Material final : public Default_Material {
+ public:
+  KT_Counted* clone() const override { return new Basic_Material(*this); }
+
+  KT_Point_Class classify_points(int, const KT_DCI_Point*) override {
+    return {outline_width > 0 ? KT_Point_Class::outlined : 0};
+  }
+};
+
+/// Takes the place of a material while its outline is drawn, so it must not ask for another one.
+class Basic_Textured_Material final : public Default_Material {
+ public:
+  KT_Counted* clone() const override { return new Basic_Textured_Material(*this); }
+
+  KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
+};
+
+}  // namespace
+
+KT_Texture_Source_Data::~KT_Texture_Source_Data() = default;
+
+KT_Material_Object::~KT_Material_Object() = default;
+
+KT_Basic_Material::KT_Basic_Material() : KT_Handle(new Basic_Material) {}
+
+KT_Basic_Textured_Material::KT_Basic_Textured_Material() : KT_Handle(new Basic_Textured_Material) {}

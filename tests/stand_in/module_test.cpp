@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/application.h"
+
+namespace {
+
+TEST(Module, MakesRenderersFromSources) {
+  KT_Renderer_Module module;
+  std::string error;
+  ASSERT_TRUE(module.load(PLAIN_MODULE, error)) << error;
+
+  KT_Handle<KT_Renderer_Data> first = module.make_renderer(nullptr);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->reference_count, 1U);
+  first->current_options.set_buffer_depth(16);
+  KT_Handle<KT_Renderer_Data> second = module.make_renderer(first.get());
+  EXPECT_EQ(second->options().buffer_depth(), 16);
+}
+
+TEST(Module, SaysWhatIsWrongWithWhichFile) {
+  const std::string text_file = testing::TempDir() + "not_a_module.kvd";
+  std::ofstream(text_file) << "This is no shared object.\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {testing::TempDir() + "missing.kvd", "no such file"},
+      {text_file, "not a loadable module"},
+      {testing::TempDir(), "not a loadable module"},
+      {MODULE_WITHOUT_EXPORT, "no export KD_Renderer"},
+  };
+  KT_Renderer_Module module;
+  for (const auto& [path, complaint] : cases) {
+    std::string error;
+    EXPECT_FALSE(module.load(path, error));
+    EXPECT_NE(error.find(path), std::string::npos) << error;
+    EXPECT_NE(error.find(complaint), std::string::npos) << error;
+  }
+  std::filesystem::remove(text_file);
+}
+
+// A bare name must not be looked for along the library path.
+TEST(Module, TakesRelativePathsFromTheCurrentFolder) {
+  const std::filesystem::path module_path = PLAIN_MODULE;
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(module_path.parent_path());
+  KT_Renderer_Module module;
+  std::string error;
+  EXPECT_TRUE(module.load(module_path.filename().string(), error)) << error;
+  std::filesystem::current_path(before);
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "host/application.h"
+#include "tests/stand_in/plain_renderer.h"
+#include "tests/stand_in/watched_heap.h"
+
+namespace {
+
+using Renderer = KT_Handle<Plain_Renderer>;
+
+TEST(Renderer, TakesTheSettingsInForceFromItsSource) {
+  const Renderer owner(new Plain_Renderer(nullptr));
+  owner->current_options.set_window({3, 4}, {50, 60});
+  const Renderer source(new Plain_Renderer(nullptr));
+  source->options_owner = owner.get();
+  source->declared_options.set_buffer_depth(16);
+
+  const Renderer made(new Plain_Renderer(source.get()));
+  EXPECT_EQ(made->options().window_size(), (KT_Int_XY{50, 60}));
+  EXPECT_EQ(made->declared_options.buffer_depth(), 16);
+  EXPECT_EQ(made->options_owner, made.get());
+}
+
+TEST(Renderer, IsEstablishedWithinWhatItDeclares) {
+  const Renderer renderer(new Plain_Renderer(nullptr));
+  renderer->declared_options.set_buffer_depth(16);
+  renderer->declared_options.set_supports_complex_clip(true);
+  renderer->current_options.set_buffer_depth(32);
+  renderer->establish_all();
+  EXPECT_EQ(renderer->established, 1);
+  EXPECT_EQ(renderer->options().buffer_depth(), 16);
+  EXPECT_TRUE(renderer->options().supports_complex_clip());
+
+  renderer->current_options.set_buffer_depth(0);
+  renderer->establish_all();
+  EXPECT_EQ(renderer->options().buffer_depth(), 0);
+}
+
+TEST(Renderer, StandardActionsAreThoseLeftUnboundOrAll) {
+  const Renderer renderer(new Plain_Renderer(nullptr));
+  const auto is_valid = [&](KT_Action action) { return renderer->actions[action].valid != 0; };
+  renderer->set_standard_actions(false);
+  EXPECT_TRUE(is_valid(KT_Action::Draw_DC_Textured_Polytriangle));
+  EXPECT_TRUE(is_valid(KT_Action::Draw_2DI_Polymarker));
+  EXPECT_TRUE(is_valid(KT_Action::Create_Frame_Buffer));
+  EXPECT_FALSE(is_valid(KT_Action::Draw_2DI_Polytriangle));
+  EXPECT_FALSE(is_valid(KT_Action::Get_Depth));
+
+  renderer->set_standard_actions(true);
+  EXPECT_TRUE(is_valid(KT_Action::Draw_2DI_Polytriangle));
+  EXPECT_TRUE(is_valid(KT_Action::Draw_DCI_Index8_Image));
+  EXPECT_FALSE(is_valid(KT_Action::Draw_2DD_Polytriangle));
+}
+
+TEST(Renderer, CreatesFrameBuffersOrLeavesNone) {
+  const Renderer renderer(new Plain_Renderer(nullptr));
+  renderer->set_standard_actions(false);
+  KT_Shared_Image image;
+  const auto create = [&](int width, int height, KT_Image_Format format) {
+    renderer->actions.call<KT_Action::Create_Frame_Buffer>(width, height, &format, &image);
+  };
+  const std::tuple<int, KT_Image_Format, int> row_bytes[] = {
+      {5, KT_Image_Format::mapped, 8},
+      {5, KT_Image_Format::rgb32, 20},
+      {5, KT_Image_Format::depth, 12},
+  };
+  for (const auto& [width, format, bytes] : row_bytes) {
+    create(width, 3, format);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->row_bytes, bytes);
+    EXPECT_EQ(image->format, format);
+    EXPECT_EQ(image->height, 3);
+  }
+  for (const auto& [width, height] : {std::pair{0, 3}, {3, -1}, {INT32_MAX, 1}}) {
+    create(5, 5, KT_Image_Format::rgb32);
+    create(width, height, KT_Image_Format::rgb32);
+    EXPECT_FALSE(image);
+  }
+  create(5, 5, KT_Image_Format::renderer_own);
+  EXPECT_FALSE(image);
+
+  const watched_heap::Exhausted exhausted(1);
+  create(5, 5, KT_Image_Format::rgb32);
+  EXPECT_FALSE(image);
+}
+
+/// What arrived at the triangle action.
+struct Received {
+  std::vector<KT_DCI_Point> points;
+  KT_Int_Rectangle hard_clip;
+  int depth_enabled = -1;
+  std::uint32_t advanced_bits = 0;
+};
+Received received;
+
+void receive(KT_Renderer_Data*, const KT_Rendition& rendition, int count,
+             const KT_DCI_Point* points) {
+  received.points.assign(points, points + count);
+  received.hard_clip = rendition->display_context->hard_clip;
+  received.depth_enabled = rendition->display_context->depth_enabled;
+  received.advanced_bits = rendition->misc_attributes->advanced_options.bits;
+}
+
+TEST(Span_Rectangle, IsAClippedStripWithoutDepthOrEdges) {
+  const Renderer renderer(new Plain_Renderer(nullptr));
+  renderer->actions.bind<KT_Action::Draw_2DI_Polytriangle>(renderer.get(), receive);
+  KT_Rendition rendition = KD_Default_Rendition({0, 99, 0, 49});
+  rendition.set_advanced_options({KT_Advanced_Options::edge_bit | KT_Advanced_Options::alpha_bit},
+                                 false);
+  const std::uint32_t id = rendition->id;
+
+  received = {};
+  KD_Span_DC_Rectangle(renderer.get(), rendition, -5, 20, 10, 60);
+  EXPECT_EQ(received.hard_clip, (KT_Int_Rectangle{0, 20, 10, 49}));
+  EXPECT_EQ(received.depth_enabled, 0);
+  EXPECT_EQ(received.advanced_bits, KT_Advanced_Options::alpha_bit);
+  ASSERT_EQ(received.points.size(), 4U);
+  EXPECT_EQ(received.points[0], (KT_DCI_Point{0, 10, 0}));
+  EXPECT_EQ(received.points[3], (KT_DCI_Point{21, 50, 0}));
+  EXPECT_EQ(rendition->id, id);
+  EXPECT_EQ(rendition->display_context->depth_enabled, 1);
+
+  received = {};
+  KD_Span_DC_Rectangle(renderer.get(), rendition, 100, 120, 10, 20);
+  EXPECT_TRUE(received.points.empty());
+}
+
+TEST(Standard_Routines, CountAndNameWhatTheyDoNotDraw) {
+  const KT_Rendition rendition = KD_Default_Rendition({0, 9, 0, 9});
+  KD_Reset_Undrawn_Count();
+  testing::internal::CaptureStderr();
+  for (int n = 0; n < 3; ++n) {
+    KD_Standard_Draw_2DI_Polyline(nullptr, rendition, 0, nullptr);
+    KD_Standard_Draw_DC_Gouraud_Polytriangle(nullptr, rendition, 0, nullptr, nullptr);
+  }
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(KD_Undrawn_Count(), 6U);
+  for (const char* name :
+       {"KD_Standard_Draw_2DI_Polyline ", "KD_Standard_Draw_DC_Gouraud_Polytriangle "}) {
+    const std::size_t first = said.find(name);
+    ASSERT_NE(first, std::string::npos) << said;
+    EXPECT_EQ(said.find(name, first + 1), std::string::npos) << said;
+  }
+  KD_Reset_Undrawn_Count();
+  EXPECT_EQ(KD_Undrawn_Count(), 0U);
+}
+
+}  // namespace
