@@ -15,16 +15,12 @@ Edge edge_between(const KT_Point& from, const KT_Point& to) {
           static_cast<double>(to.y) - static_cast<double>(from.y)};
 }
 
-/// Exact sign of the turn from `a` to `b`: rounding keeps order, so only products that round to
-/// the same number need their rounding errors compared.
+/// Side of the turn from `a` to `b`. Rounding keeps the order of the products, so that a turn is
+/// never taken for one to the other side; what lies below the rounding is straight on.
 int turn(const Edge& a, const Edge& b) {
   const double left = a.x * b.y;
   const double right = a.y * b.x;
-  if (left != right) return left > right ? 1 : -1;
-  const double left_error = std::fma(a.x, b.y, -left);
-  const double right_error = std::fma(a.y, b.x, -right);
-  if (left_error == right_error) return 0;
-  return left_error > right_error ? 1 : -1;
+  return static_cast<int>(left > right) - static_cast<int>(left < right);
 }
 
 bool goes_forward(const Edge& edge) {

@@ -30,6 +30,17 @@ void enter_masked(const Strip& strip) {
   }
 }
 
+template <Step step, Layer layer, Variant variant, Kind kind>
+bool taken(const Strip_At<layer>& strip);
+
+/// The rest of the blending variant's chain behind its edge test, and its scan.
+template <Layer layer, Variant variant, Kind kind>
+void blend_filled(const Strip_At<layer>& strip) {
+  if (taken<Step::standard, layer, variant, kind>(strip)) return;
+  if (taken<Step::depth, layer, variant, kind>(strip)) return;
+  scan<variant, kind, Masking::open>(strip);
+}
+
 /// Takes the call elsewhere when the test of `step` holds; returns whether it did.
 template <Step step, Layer layer, Variant variant, Kind kind>
 bool taken(const Strip_At<layer>& strip) {
@@ -37,6 +48,9 @@ bool taken(const Strip_At<layer>& strip) {
   if constexpr (step == Step::alpha_bit) {
     if (!bit(KT_Advanced_Options::alpha_bit)) return false;
     enter<layer, with_alpha(variant), kind>(strip);
+  } else if constexpr (step == Step::blend_filled) {
+    if (!bit(KT_Advanced_Options::alpha_bit)) return false;
+    blend_filled<layer, with_alpha(variant), kind>(strip);
   } else if constexpr (step == Step::edge_bit) {
     if (!bit(KT_Advanced_Options::edge_bit)) return false;
     draw_strip_edges(strip.renderer, strip.rendition, strip.count, strip.points);

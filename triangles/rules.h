@@ -174,6 +174,7 @@ inline constexpr Row<Row_Rule> row_rules[] = {
 enum class Step : std::uint8_t {
   none,
   alpha_bit,     // blending asked for: the blending variant, same layer and kind
+  blend_filled,  // the same, past that variant's edge test
   edge_bit,      // edges asked for: the strip is drawn as lines
   standard,      // a pattern that is not handled here: the framework's general routine
   ready,         // no image, or fewer than two points: nothing
@@ -254,7 +255,7 @@ inline constexpr Chain_Row chains[] = {
     {int_inside, colorized, rgb, {alpha_bit, standard, merge, mask}},
     {int_inside, gouraud, rgb, {alpha_bit, standard, mask}},
     // With both bits set a colorized call blends and a Gouraud call draws edges.
-    {int_inside, colorized, rgb_z, {alpha_bit, edge_bit, standard, depth, mask}},
+    {int_inside, colorized, rgb_z, {blend_filled, edge_bit, standard, depth, mask}},
     {int_inside, gouraud, rgb_z, {edge_bit, alpha_bit, standard, depth, mask}},
     {int_inside, shaded, rgb_alpha, {standard, mask}},
     {int_inside, shaded, rgb_alpha_z, {edge_bit, standard, depth}},

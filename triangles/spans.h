@@ -45,7 +45,10 @@ struct Pen {
     } else if constexpr (Paint::Store::branch_free) {
       ordinary_branch_free(count);
     } else {
-      mixed(count, {first_bits(count), 0});
+      for (; count > 0; count -= chunk_size) {
+        const std::int32_t part = std::min(count, chunk_size);
+        mixed(part, {first_bits(part), 0});
+      }
     }
   }
 
@@ -57,7 +60,7 @@ struct Pen {
     source.advance(count);
   }
 
-  /// Draws up to a chunk of pixels by its bits.
+  /// Draws at most a chunk of pixels by its bits.
   void mixed(std::int32_t count, Chunk chunk) {
     for (std::int32_t i = 0; i < count; ++i) {
       const bool is_contrast = chunk.contrast & 1;

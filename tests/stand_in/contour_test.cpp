@@ -162,14 +162,13 @@ TEST(Polygon_Rank, IsOneForWhatAStripWouldNotCover) {
   EXPECT_EQ(rank({{0, 0, 0}, {1, 0, 0}, {NAN, 1, 0}}), 1);
 }
 
-// A dent of one last place, in coordinates whose products need more than double precision.
+// A dent of one last place, which in products of single precision would be straight.
 TEST(Polygon_Rank, SeesTheSmallestDent) {
-  const float far = 16777213, tip = 16777215;
-  const Contour dented = {{0, 0, 0}, {far, tip - 2, 0}, {tip, tip, 0}, {0, tip, 0}};
-  Contour bulging = dented;
-  EXPECT_EQ(rank(dented), 0);
-  bulging[1] = {far - 1, tip, 0};
-  EXPECT_EQ(rank(bulging), 1);
+  const float tip = 16777215;
+  Contour polygon = {{0, 0, 0}, {tip - 1, tip - 2, 0}, {tip, tip, 0}, {0, tip, 0}};
+  EXPECT_EQ(rank(polygon), 0);
+  polygon[1] = {tip - 2, tip - 1, 0};
+  EXPECT_EQ(rank(polygon), 1);
 }
 
 }  // namespace
