@@ -43,6 +43,7 @@ class Mesh_Projector {
     for (std::size_t i = 0; i < placed_.size(); ++i) {
       const Vertex& vertex = mesh.vertices[i];
       Color color = vertex.color * material.diffuse;
+      color.alpha = 1;  // blending would need the triangles sorted: surfaces are drawn opaque
       if (result_.mode() == Mode::shaded)
         color = lighting_.shade(widen(vertex.normal), view_.toward_eye(vertex.position), color);
       placed_[i] = {view_.to_eye(vertex.position), color};

@@ -8,6 +8,8 @@
 #include <exception>
 #include <filesystem>
 #include <new>
+#include <optional>
+#include <sstream>
 #include <string>
 
 #include "apps/camera.h"
@@ -23,12 +25,19 @@ namespace {
 
 using namespace kv;
 
-// A relative KVDRAW_DEFAULT_MODULE is meant from the folder of the program.
+// The first of the places in KVDRAW_DEFAULT_MODULE that exists. Relative ones are meant from the
+// folder of the program.
 std::string default_module() {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  const std::filesystem::path module = KVDRAW_DEFAULT_MODULE;
-  return error ? module.string() : (program.parent_path() / module).lexically_normal().string();
+  std::istringstream places(KVDRAW_DEFAULT_MODULE);
+  std::string first;
+  for (std::string place; std::getline(places, place, ':');) {
+    const std::string module = (program.parent_path() / place).lexically_normal().string();
+    if (std::filesystem::exists(module, error)) return module;
+    if (first.empty()) first = module;
+  }
+  return first;
 }
 
 void check_not_same_file(const Options& options) {

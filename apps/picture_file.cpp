@@ -93,7 +93,7 @@ void write_directly(const std::string& path, const Picture& picture) {
 class Temporary_File {
  public:
   Temporary_File(const std::filesystem::path& target, const std::string& shown)
-      : name_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()),
+      : name_(hidden_beside(target)),
         file_(mkostemp(name_.data(), O_CLOEXEC)) {
     if (file_ < 0) fail(shown, errno);
   }
@@ -111,6 +111,14 @@ class Temporary_File {
   }
 
  private:
+  // As mkostemp wants it.
+  static std::string hidden_beside(const std::filesystem::path& target) {
+    std::string name = ".";
+    name += target.filename().string();
+    name += ".XXXXXX";
+    return (target.parent_path() / name).string();
+  }
+
   std::string name_;
   int file_;
 };

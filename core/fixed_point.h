@@ -58,32 +58,49 @@ using Depth = Fixed<15>;     ///< depths; 65535 fills the whole word
 /// is below |a| / n * 2^-49.
 class Step_Count {
  public:
-  explicit Step_Count(std::int32_t n)
-      : entry_(n < table_size ? table[static_cast<std::size_t>(n)] : general(n)) {}
+  explicit Step_Count(std::int32_t n) {
+    if (n < table_size) [[likely]] {
+      const Entry& entry = table[static_cast<std::size_t>(n)];
+      shift_ = entry.shift;
+      after_shift_ = entry.after_shift;
+      reciprocal_ = entry.reciprocal;
+    } else {
+      shift_ = 3;
+      after_shift_ = reciprocal_ = just_above_inverse(n);
+    }
+  }
 
   template <class Format>
   Word step(std::int32_t difference) const {
-    const Word shifted = as_word(difference) << (Format::fraction_bits - 3) << entry_.shift;
-    return divided(shifted);
+    const Word shifted = as_word(difference) << (Format::fraction_bits - 3) << shift_;
+    return truncated_product(as_signed(shifted), after_shift_);
   }
   Word line_step(std::int32_t difference) const { return step<Position>(difference); }
   Word depth_step(std::int32_t difference) const { return step<Depth>(difference); }
 
+  /// The same for differences that keep inside a word when shifted, such as those of colour bytes
+  /// and 16-bit depths. Nothing wraps, so that all counts go one way.
+  template <class Format>
+  Word small_step(std::int32_t difference) const {
+    return truncated_product(difference, reciprocal_ * (Word{1} << Format::fraction_bits));
+  }
+
  private:
   struct Entry {
+    int shift;           // what is left of the three bits that counts of 2, 4 and 8 take back
+    double after_shift;  // 1 for the counts that a shift divides by
     double reciprocal;
-    int shift;  // what is left of the three bits that counts of 2, 4 and 8 take back
   };
 
-  static constexpr Entry general(std::int32_t n) { return {1.0 / n * (1.0 + 0x1p-50), 3}; }
+  static constexpr double just_above_inverse(std::int32_t n) { return 1.0 / n * (1.0 + 0x1p-50); }
   static constexpr Entry entry_for(std::int32_t n) {
     switch (n) {
-      case 0: return {1.0, 3};  // never stepped
-      case 1: return {1.0, 3};
-      case 2: return {1.0, 2};
-      case 4: return {1.0, 1};
-      case 8: return {1.0, 0};
-      default: return general(n);
+      case 0:  // never stepped
+      case 1: return {3, 1.0, 1.0};
+      case 2: return {2, 1.0, 0.5};
+      case 4: return {1, 1.0, 0.25};
+      case 8: return {0, 1.0, 0.125};
+      default: return {3, just_above_inverse(n), just_above_inverse(n)};
     }
   }
   static constexpr std::int32_t table_size = 256;
@@ -96,11 +113,13 @@ class Step_Count {
   }
   static const std::array<Entry, table_size> table;
 
-  Word divided(Word dividend) const {
-    return as_word(static_cast<std::int32_t>(as_signed(dividend) * entry_.reciprocal));
+  static Word truncated_product(std::int32_t a, double factor) {
+    return as_word(static_cast<std::int32_t>(a * factor));
   }
 
-  Entry entry_;
+  int shift_;
+  double after_shift_;
+  double reciprocal_;
 };
 
 inline constexpr std::array<Step_Count::Entry, Step_Count::table_size> Step_Count::table =

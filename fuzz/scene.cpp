@@ -134,7 +134,7 @@ Scene::Scene(std::uint64_t number) : seed(number) {
   call.kind = static_cast<Kind>(random.range(0, 2));
   call.layer = random.pick(
       {Layer::p2d, Layer::dc, Layer::p2di, Layer::p2di, Layer::p2di, Layer::dci, Layer::dci});
-  size = {random.range(1, 70), random.range(1, 50)};
+  size = {random.range(1, random.once_in(10) ? 300 : 70), random.range(1, 50)};
   if (random.once_in(3)) window_origin = {random.range(-100, 100), random.range(-100, 100)};
   if (random.once_in(12)) window_origin = {random.range(-3000, 3000), random.range(-3000, 3000)};
   local = random.once_in(8);

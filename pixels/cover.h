@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "pixels/mask.h"
@@ -98,6 +99,16 @@ class Pattern_Cover {
   bool opaque_;
 };
 
+inline constexpr auto reversed_bytes = [] {
+  std::array<std::uint8_t, 256> reversed{};
+  for (std::size_t byte = 0; byte < 256; ++byte) {
+    for (int bit = 0; bit < 8; ++bit) {
+      if ((byte >> bit) & 1) reversed[byte] |= static_cast<std::uint8_t>(128 >> bit);
+    }
+  }
+  return reversed;
+}();
+
 /// The mask in force at the head of the cache, in front of another cover.
 template <class Inner>
 class Masked_Cover {
@@ -132,9 +143,7 @@ class Masked_Cover {
       return bits;
     }
     // Mask bits run from the most significant one, chunk bits from the least.
-    static std::uint64_t reversed(std::uint8_t byte) {
-      return ((byte * 0x0202020202u) & 0x010884422010u) % 1023;
-    }
+    static std::uint64_t reversed(std::uint8_t byte) { return reversed_bytes[byte]; }
 
     struct Nothing {};
     static auto begin_inner(const Inner& inner, std::int32_t x, std::int32_t y) {

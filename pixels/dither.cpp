@@ -1,6 +1,7 @@
 #include "pixels/dither.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace zbuffer {
 
@@ -28,9 +29,24 @@ Dithered_Color::Dithered_Color(const Cube& cube, KT_RGB32 color) {
 
   indices_[0] = cube.index(as_signed(red) >> 16, as_signed(green) >> 16, as_signed(blue) >> 16);
   for (std::size_t i = 0; i < 3; ++i) {
-    limits_[i] = 65535 - order[i].fraction;
+    limits_[i] = static_cast<std::uint16_t>(65535 - order[i].fraction);
     indices_[i + 1] = static_cast<std::uint8_t>(indices_[i] + order[i].stride);
   }
+}
+
+// Eight thresholds at once; the candidate of the first limit that is greater wins.
+void Dithered_Color::make_row(std::size_t y) const {
+  using Shorts __attribute__((vector_size(16))) = std::uint16_t;
+  using Bytes __attribute__((vector_size(8))) = std::uint8_t;
+  Shorts thresholds;
+  std::memcpy(&thresholds, &SHARED.dither_table[y * 8], sizeof thresholds);
+  Shorts found = Shorts{} + indices_[3];
+  for (std::size_t i = 3; i-- > 0;) {
+    found = thresholds < limits_[i] ? Shorts{} + indices_[i] : found;
+  }
+  const Bytes bytes = __builtin_convertvector(found, Bytes);
+  std::memcpy(&rows_[y], &bytes, sizeof bytes);
+  rows_made_ = static_cast<std::uint8_t>(rows_made_ | (1u << y));
 }
 
 }  // namespace zbuffer

@@ -71,23 +71,41 @@ struct Cube {
 };
 
 /// A colour that is constant over many pixels: four candidate indices along the channels in the
-/// order of their fractions, largest first, and the thresholds between them.
+/// order of their fractions, largest first, and the thresholds between them. A row of the image
+/// then repeats eight indices by address; those of the eight rows are kept as they come up.
 class Dithered_Color {
  public:
   /// All zero: index 0 everywhere.
   Dithered_Color() = default;
   Dithered_Color(const Cube& cube, KT_RGB32 color);
 
+  /// The indices of buffer row `y`: byte k is for addresses of low bits k.
+  std::uint64_t row(std::int32_t y) const {
+    const auto at = static_cast<std::size_t>(y & 7);
+    if (!((rows_made_ >> at) & 1)) make_row(at);
+    return rows_[at];
+  }
+
+  /// The candidate for a threshold.
   std::uint8_t at(std::int32_t threshold) const {
-    if (limits_[0] > threshold) return indices_[0];
-    if (limits_[1] > threshold) return indices_[1];
-    if (limits_[2] > threshold) return indices_[2];
+    for (std::size_t i = 0; i < 3; ++i) {
+      if (limits_[i] > threshold) return indices_[i];
+    }
     return indices_[3];
   }
 
  private:
-  std::array<std::int32_t, 3> limits_{};
+  void make_row(std::size_t y) const;
+
+  std::array<std::uint16_t, 3> limits_{};
   std::array<std::uint8_t, 4> indices_{};
+  mutable std::uint8_t rows_made_ = 0;
+  mutable std::array<std::uint64_t, 8> rows_;
 };
+
+/// Byte of `row` for the pixel at an address.
+inline std::uint8_t byte_by_address(std::uint64_t row, const std::uint8_t* pixel) {
+  return static_cast<std::uint8_t>(row >> (8 * (reinterpret_cast<std::uintptr_t>(pixel) & 7)));
+}
 
 }  // namespace zbuffer

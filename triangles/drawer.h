@@ -116,14 +116,14 @@ class Drawer {
     using Kinds = typename Drawn::Kinds;
     std::array<Vertex<Kinds>, 3> corners;
     for (std::size_t i = 0; i < 3; ++i) {
-      corners[i] = corner<Drawn>(points[i], colors ? colors[i] : KT_RGB32{}, paint);
+      corners[i] = corner<Drawn>(points[i], colors ? colors + i : nullptr, paint);
     }
     Drawn span(context_.frame, cover_, paint);
     walk_triangle(sorted(corners), limits_, span);
   }
 
   template <class Drawn, class Paint_Type>
-  auto corner(const KT_DCI_Point& point, KT_RGB32 color, const Paint_Type& paint) const {
+  auto corner(const KT_DCI_Point& point, const KT_RGB32* color, const Paint_Type& paint) const {
     Vertex<typename Drawn::Kinds> made;
     const KT_Int_XY origin = context_.frame.origin;
     made.y = wrapped_difference(point.y, origin.y);
@@ -132,13 +132,13 @@ class Drawer {
     constexpr std::size_t lane = Drawn::first_paint_lane;
     constexpr std::size_t channels = Paint_Type::Source::Kinds::count;
     if constexpr (channels > 0) {
-      Channels at{color.red, color.green, color.blue};
-      if constexpr (is_mapped(member.variant)) at = paint.source.cube.scaled(color);
+      Channels at{color->red, color->green, color->blue};
+      if constexpr (is_mapped(member.variant)) at = paint.source.cube.scaled(*color);
       made.value[lane] = at.red;
       made.value[lane + 1] = at.green;
       made.value[lane + 2] = at.blue;
     }
-    if constexpr (channels > 3) made.value[lane + 3] = color.alpha;
+    if constexpr (channels > 3) made.value[lane + 3] = color->alpha;
     return made;
   }
 

@@ -41,12 +41,22 @@ struct Span_Start {
   template <class Run>
   explicit Span_Start(const Run& run) : pixels(run.whole_count()), skipped(run.skipped()) {}
 
+  /// Between two edges' values of a colour byte or a 16-bit depth.
   template <class Format>
   Stepped between(Word left, Word right) const {
     const std::int32_t from = Format::whole_unsigned(left);
-    const Word step = pixels.step<Format>(Format::whole_unsigned(right) - from);
+    const Word step = pixels.small_step<Format>(Format::whole_unsigned(right) - from);
     return {Format::at(from) + as_word(skipped) * step, step};
   }
+};
+
+/// The running state of a constant source.
+template <class Pixel>
+struct Constant_Running {
+  Pixel word;
+  Pixel value(const Pixel*) const { return word; }
+  void advance() {}
+  void advance(std::int32_t) {}
 };
 
 /// One value for all pixels.
@@ -58,12 +68,8 @@ struct Constant_Source {
 
   Pixel word;
 
-  struct Running {
-    Pixel word;
-    Pixel value(const Pixel*) const { return word; }
-    void advance() {}
-    void advance(std::int32_t) {}
-  };
+  using Running = Constant_Running<Pixel>;
+
   template <class View>
   Running begin(const Span_Start&, std::int32_t, const View&, const View&) const {
     return {word};
@@ -164,28 +170,27 @@ struct Gouraud_Alpha_Source {
   }
 };
 
-/// A colour dithered by four candidate indices worked out ahead.
+/// A colour dithered by candidates worked out ahead: eight indices a row, by address.
 struct Dithered_Source {
   using Pixel = std::uint8_t;
   using Kinds = Lanes<>;
-  static constexpr bool constant = false;
+  static constexpr bool constant = true;
 
   Dithered_Color color;
 
   struct Running {
-    const Dithered_Color& color;
-    Dither_Row row;
-    Pixel value(const Pixel* to) const { return color.at(row.threshold(to)); }
+    std::uint64_t row;
+    Pixel value(const Pixel* to) const { return byte_by_address(row, to); }
     void advance() {}
     void advance(std::int32_t) {}
   };
   template <class View>
   Running begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
-    return {color, Dither_Row(y)};
+    return {color.row(y)};
   }
   template <class View>
   Pixel at_left(const View&, std::int32_t y, const Pixel* to) const {
-    return color.at(Dither_Row(y).threshold(to));
+    return byte_by_address(color.row(y), to);
   }
   template <class View>
   Pixel at_mean(const View& left, const View&, std::int32_t y, const Pixel* to) const {

@@ -40,10 +40,10 @@ struct Pen {
   /// Draws `count` ordinary pixels.
   void ordinary(std::int32_t count) {
     if constexpr (!Gate::tests && Paint::Source::constant) {
-      paint.store.run(to, count, source.word);
+      paint.store.run(to, count, source);
       to += count;
     } else if constexpr (Paint::Store::branch_free) {
-      ordinary_branch_free(count);
+      count < worth_vectors ? ordinary_short(count) : ordinary_branch_free(count);
     } else {
       for (; count > 0; count -= chunk_size) {
         const std::int32_t part = std::min(count, chunk_size);
@@ -62,6 +62,15 @@ struct Pen {
 
   /// Draws at most a chunk of pixels by its bits.
   void mixed(std::int32_t count, Chunk chunk) {
+    if constexpr (fills_bits) {
+      fill_bits(to, count, chunk.ordinary, source.word);
+      for (; chunk.contrast != 0; chunk.contrast &= chunk.contrast - 1) {
+        Pixel& pixel = to[std::countr_zero(chunk.contrast)];
+        pixel = paint.contrast(pixel);
+      }
+      to += count;
+      return;
+    }
     for (std::int32_t i = 0; i < count; ++i) {
       const bool is_contrast = chunk.contrast & 1;
       if (((chunk.ordinary & 1) || is_contrast) && passes()) {
@@ -77,6 +86,24 @@ struct Pen {
   }
 
  private:
+  // Whether ordinary pixels are all stored alike.
+  static constexpr bool fills_bits = !Gate::tests &&
+                                     std::is_same_v<Source, Constant_Running<Pixel>> &&
+                                     std::is_same_v<typename Paint::Store, Replace>;
+
+  // Shorter runs than this lose more in setting up vectors than they gain.
+  static constexpr std::int32_t worth_vectors = 16;
+
+  void ordinary_short(std::int32_t count) {
+    for (; count > 0; --count) {
+      if (passes()) *to = paint.store(*to, source.value(to));
+      ++to;
+      if constexpr (Gate::tests) ++depth;
+      z.advance();
+      source.advance();
+    }
+  }
+
   // Everything in locals, every pixel loaded and stored, no branch: loops that vectors can take.
   void ordinary_branch_free(std::int32_t count) {
     Pixel* const pixels = to;

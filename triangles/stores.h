@@ -6,6 +6,7 @@
 #include "pixels/blend.h"
 #include "pixels/merge.h"
 #include "pixels/run.h"
+#include "triangles/sources.h"
 
 namespace zbuffer {
 
@@ -17,8 +18,11 @@ struct Replace {
     return source;
   }
   template <class Pixel>
-  void run(Pixel* to, std::ptrdiff_t count, Pixel source) const {
-    fill_run(to, count, source);
+  void run(Pixel* to, std::ptrdiff_t count, const Constant_Running<Pixel>& source) const {
+    fill_run(to, count, source.word);
+  }
+  void run(std::uint8_t* to, std::ptrdiff_t count, const Dithered_Source::Running& source) const {
+    fill_by_address(to, count, source.row);
   }
 };
 
@@ -29,7 +33,7 @@ struct Mix_Store {
   Mix mix;
 
   std::uint32_t operator()(std::uint32_t old, std::uint32_t) const { return mix(old); }
-  void run(std::uint32_t* to, std::ptrdiff_t count, std::uint32_t) const { mix.run(to, count); }
+  void run(std::uint32_t* to, std::ptrdiff_t count, const auto&) const { mix.run(to, count); }
 };
 
 template <Alpha_Rule rule>
@@ -49,8 +53,8 @@ struct Merge_Store {
   std::uint32_t operator()(std::uint32_t old, std::uint32_t source) const {
     return merge(old, source);
   }
-  void run(std::uint32_t* to, std::ptrdiff_t count, std::uint32_t source) const {
-    for (std::ptrdiff_t i = 0; i < count; ++i) to[i] = merge(to[i], source);
+  void run(std::uint32_t* to, std::ptrdiff_t count, const auto& source) const {
+    for (std::ptrdiff_t i = 0; i < count; ++i) to[i] = merge(to[i], source.word);
   }
 };
 
@@ -63,8 +67,8 @@ struct Mapped_Merge_Store {
   std::uint8_t operator()(std::uint8_t old, std::uint8_t source) const {
     return merge(old, source);
   }
-  void run(std::uint8_t* to, std::ptrdiff_t count, std::uint8_t source) const {
-    for (std::ptrdiff_t i = 0; i < count; ++i) to[i] = merge(to[i], source);
+  void run(std::uint8_t* to, std::ptrdiff_t count, const auto& source) const {
+    for (std::ptrdiff_t i = 0; i < count; ++i) to[i] = merge(to[i], source.word);
   }
 };
 

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <numbers>
-#include <random>
 #include <vector>
 
 namespace {
@@ -75,30 +74,6 @@ TEST(Triangulation, CoversTheInsideOnceAndCarriesZ) {
     const Measured sum = triangulated(its.contours);
     EXPECT_NEAR(sum.area, its.area, 1e-4) << its.name;
     EXPECT_LT(sum.worst_z, 1e-4) << its.name;
-  }
-}
-
-TEST(Triangulation, CoversRandomStarsOnce) {
-  std::mt19937 random(5);
-  std::uniform_real_distribution<float> reach(10, 100);
-  for (int corners : {5, 40, 300}) {
-    Contour star;
-    double area = 0;
-    for (int n = 0; n < corners; ++n) {
-      const float r = reach(random);
-      const float angle =
-          2 * std::numbers::pi_v<float> * static_cast<float>(n) / static_cast<float>(corners);
-      star.push_back({r * std::cos(angle), r * std::sin(angle), 0});
-    }
-    for (std::size_t n = 0; n < star.size(); ++n) {
-      const KT_Point& a = star[n];
-      const KT_Point& b = star[(n + 1) % star.size()];
-      area += static_cast<double>(a.x) * static_cast<double>(b.y) -
-              static_cast<double>(b.x) * static_cast<double>(a.y);
-    }
-    const Measured sum = triangulated({star});
-    EXPECT_NEAR(sum.area, area / 2, area * 1e-5);
-    EXPECT_GE(sum.triangles, corners - 2);
   }
 }
 

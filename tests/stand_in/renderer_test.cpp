@@ -39,22 +39,6 @@ TEST(Renderer, IsEstablishedWithinWhatItDeclares) {
   EXPECT_EQ(renderer->options().buffer_depth(), 0);
 }
 
-TEST(Renderer, StandardActionsAreThoseLeftUnboundOrAll) {
-  const Renderer renderer(new Plain_Renderer(nullptr));
-  const auto is_valid = [&](KT_Action action) { return renderer->actions[action].valid != 0; };
-  renderer->set_standard_actions(false);
-  EXPECT_TRUE(is_valid(KT_Action::Draw_DC_Textured_Polytriangle));
-  EXPECT_TRUE(is_valid(KT_Action::Draw_2DI_Polymarker));
-  EXPECT_TRUE(is_valid(KT_Action::Create_Frame_Buffer));
-  EXPECT_FALSE(is_valid(KT_Action::Draw_2DI_Polytriangle));
-  EXPECT_FALSE(is_valid(KT_Action::Get_Depth));
-
-  renderer->set_standard_actions(true);
-  EXPECT_TRUE(is_valid(KT_Action::Draw_2DI_Polytriangle));
-  EXPECT_TRUE(is_valid(KT_Action::Draw_DCI_Index8_Image));
-  EXPECT_FALSE(is_valid(KT_Action::Draw_2DD_Polytriangle));
-}
-
 TEST(Renderer, CreatesFrameBuffersOrLeavesNone) {
   const Renderer renderer(new Plain_Renderer(nullptr));
   renderer->set_standard_actions(false);

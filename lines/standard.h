@@ -1,0 +1,31 @@
+// Handing a polyline to the framework's general routine of the same action.
+#pragma once
+
+#include "lines/polyline.h"
+#include "lines/rules.h"
+
+namespace zbuffer::lines {
+
+/// Calls the general routine with the arguments of `line`.
+template <Layer layer, Kind kind>
+void call_standard(const Polyline& line) {
+  const auto call = [&](auto* plain, auto* colorized, auto* gouraud) {
+    if constexpr (kind == Kind::plain) {
+      plain(&line.renderer, line.rendition, line.count, line.points);
+    } else if constexpr (kind == Kind::colorized) {
+      colorized(&line.renderer, line.rendition, line.count, line.points, line.colors,
+                line.single_color);
+    } else {
+      gouraud(&line.renderer, line.rendition, line.count, line.points, line.colors);
+    }
+  };
+  if constexpr (layer == Layer::any) {
+    call(KD_Standard_Draw_2DI_Polyline, KD_Standard_Draw_2DI_Colorized_Polyline,
+         KD_Standard_Draw_2DI_Gouraud_Polyline);
+  } else {
+    call(KD_Standard_Draw_DCI_Polyline, KD_Standard_Draw_DCI_Colorized_Polyline,
+         KD_Standard_Draw_DCI_Gouraud_Polyline);
+  }
+}
+
+}  // namespace zbuffer::lines
