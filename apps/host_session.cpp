@@ -106,9 +106,9 @@ void Host_Session::draw_strips(const Device_Geometry& geometry) {
 Picture Host_Session::read_picture() {
   Picture picture(width_, height_);
   KT_Shared_Image image(width_, height_, KT_Image_Format::rgb32, 4 * width_, nullptr, false);
-  const KT_DCI_Point start{0, 0, 0}, end{width_ - 1, height_ - 1, 0};
+  const KT_DCI_Point start{0, height_ - 1, 0}, end{width_ - 1, 0, 0};  // left top, right bottom
   const KT_Image_Format format = KT_Image_Format::rgb32;
-  call<KT_Action::Get_Image>(rendition_, &start, &end, &format, &image);
+  call<KT_Action::Get_Image>(rendition_, &left_top, &right_bottom, &format, &image);
   if (!image || image->format != format || image->width != width_ || image->height != height_)
     fail("the module hands back no picture");
   for (int y = 0; y < height_; ++y) {

@@ -4,13 +4,6 @@
 
 namespace zbuffer {
 
-void bind_polygons(Software_Z_Buffer& renderer) {
-  bind<KT_Action::Draw_2D_Polygon>(renderer, &KD_Standard_Draw_2D_Polygon);
-  bind<KT_Action::Draw_DC_Polygon>(renderer, &KD_Standard_Draw_DC_Polygon);
-  bind<KT_Action::Draw_2DI_Polygon>(renderer, &KD_Standard_Draw_2DI_Polygon);
-  bind<KT_Action::Draw_DCI_Polygon>(renderer, &KD_Standard_Draw_DCI_Polygon);
-}
-
 void bind_textured_polytriangles(Software_Z_Buffer& renderer, Variant) {
   bind<KT_Action::Draw_2D_Textured_Polytriangle>(renderer,
                                                  &KD_Standard_Draw_2D_Textured_Polytriangle);
@@ -29,22 +22,6 @@ void bind_polylines(Software_Z_Buffer& renderer, Variant) {
   bind<KT_Action::Draw_DCI_Colorized_Polyline>(renderer, &KD_Standard_Draw_DCI_Colorized_Polyline);
   bind<KT_Action::Draw_2DI_Gouraud_Polyline>(renderer, &KD_Standard_Draw_2DI_Gouraud_Polyline);
   bind<KT_Action::Draw_DCI_Gouraud_Polyline>(renderer, &KD_Standard_Draw_DCI_Gouraud_Polyline);
-}
-
-void bind_dots(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Draw_DCI_Dot>(renderer, &KD_Standard_Draw_DCI_Dot);
-}
-
-void bind_polymarkers(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Draw_2DI_Polymarker>(renderer, &KD_Standard_Draw_2DI_Polymarker);
-}
-
-void bind_rgb32_images(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Draw_DCI_RGB32_Image>(renderer, &KD_Standard_Draw_DCI_RGB32_Image);
-}
-
-void bind_index8_images(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Draw_DCI_Index8_Image>(renderer, &KD_Standard_Draw_DCI_Index8_Image);
 }
 
 void bind_tiling_actions(Software_Z_Buffer&) {}

@@ -26,7 +26,10 @@ void draw_mapped(const Software_Z_Buffer& renderer, const KT_Rendition& renditio
     return plotter.put(pixel, static_cast<std::uint8_t>(rendition->material->color_index));
   }
   const Cube cube(renderer.color_cube);
-  *pixel = cube.dithered(cube.at(*color), Dither_Row(plotter.row_of(point)).threshold(pixel));
+  const Channels scaled = cube.scaled(*color);
+  const auto position = [](std::int32_t channel) { return as_signed(as_word(channel) << 8); };
+  const Channels at{position(scaled.red), position(scaled.green), position(scaled.blue)};
+  *pixel = cube.dithered(at, Dither_Row(plotter.row_of(point)).threshold(pixel));
 }
 
 }  // namespace
