@@ -105,8 +105,8 @@ void Host_Session::draw_strips(const Device_Geometry& geometry) {
 
 Picture Host_Session::read_picture() {
   Picture picture(width_, height_);
-  KT_Shared_Image image(width_, height_, KT_Image_Format::rgb32, 4 * width_, nullptr, false);
-  const KT_DCI_Point start{0, height_ - 1, 0}, end{width_ - 1, 0, 0};  // left top, right bottom
+  KT_Shared_Image image;  // left to the module to make: what stays null was not read
+  const KT_DCI_Point left_top{0, height_ - 1, 0}, right_bottom{width_ - 1, 0, 0};
   const KT_Image_Format format = KT_Image_Format::rgb32;
   call<KT_Action::Get_Image>(rendition_, &left_top, &right_bottom, &format, &image);
   if (!image || image->format != format || image->width != width_ || image->height != height_)

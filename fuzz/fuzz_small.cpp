@@ -289,7 +289,7 @@ std::string Test::run_polygon() {
   if (std::ranges::equal(strips, *expected, same)) return {};
   std::ostringstream out;
   out << "  expected " << expected->size() << " strips, got " << strips.size() << "; the first ";
-  for (const auto* list : {&*expected, &strips})
+  for (const std::vector<Strip_Call>* list : {&std::as_const(*expected), &std::as_const(strips)})
     if (!list->empty())
       out << " [action " << static_cast<int>(list->front().action) << ", "
           << list->front().points.size() << " points, offset " << list->front().depth_offset

@@ -1,5 +1,6 @@
 #include "pixels/dots.h"
 
+#include "core/fixed_point.h"
 #include "pixels/dither.h"
 #include "pixels/plot.h"
 

@@ -15,6 +15,7 @@
 #include <array>
 #include <utility>
 
+#include "core/fixed_point.h"
 #include "core/frame.h"
 #include "pixels/cover.h"
 #include "pixels/mask.h"

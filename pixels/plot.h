@@ -7,6 +7,7 @@
 
 #include <type_traits>
 
+#include "core/fixed_point.h"
 #include "core/frame.h"
 #include "core/variant.h"
 #include "pixels/alpha_scale.h"

@@ -1,9 +1,4 @@
-// A convex polygon is one strip, taken from both ends in turn:
-//
-//        p1 ---- p2                p0, p1, p4, p2, p3
-//       /  \   /   \
-//     p0 --- p4 --- p3
-//
+// A convex polygon is one strip, taken from both ends in turn: p0, p1, p(n-1), p2, p(n-2), p3, ...
 // Anything else goes through the framework's triangulation, a call a triangle.
 
 #include "pixels/polygons.h"
