@@ -38,9 +38,10 @@ Device_Geometry back_to_front(const Device_Geometry& geometry) {
     const Corners corners = strip_triangle(triangle.triangle);
     const std::array three = {points[corners.a], points[corners.b], points[corners.c]};
     if (geometry.mode() == Mode::flat)
-      sorted.add(three, colors.subspan(triangle.triangle, 1));
+      sorted.add(three, colors.subspan(triangle.triangle, 1), strip.faces_away);
     else
-      sorted.add(three, std::array{colors[corners.a], colors[corners.b], colors[corners.c]});
+      sorted.add(three, std::array{colors[corners.a], colors[corners.b], colors[corners.c]},
+                 strip.faces_away);
   }
   return sorted;
 }

@@ -22,19 +22,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// The address sanitizer reserves terabytes of addresses, which the memory limit would refuse.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool limits_memory = false;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool limits_memory = false;
-#else
-constexpr bool limits_memory = true;
-#endif
-#else
-constexpr bool limits_memory = true;
-#endif
-
 enum Child_Status { status_answered = 0, status_broke_off = 1, status_out_of_memory = 2 };
 
 void set_limit(int resource, rlim_t soft, rlim_t hard) {
@@ -57,7 +44,7 @@ void confine(const Child_Limits& limits) {
   set_limit(RLIMIT_CPU, seconds + 1, seconds + 2);
   set_limit(RLIMIT_CORE, 0, 0);
   set_limit(RLIMIT_FSIZE, 0, 0);
-  if (limits_memory) set_limit(RLIMIT_AS, limits.memory_bytes, limits.memory_bytes);
+  if (child_memory_is_limited) set_limit(RLIMIT_AS, limits.memory_bytes, limits.memory_bytes);
 }
 
 void send_all(int pipe_end, std::span<const std::byte> bytes) {

@@ -8,6 +8,19 @@
 
 namespace kv {
 
+// The address sanitizer reserves terabytes of addresses, which the memory limit would refuse.
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr bool child_memory_is_limited = false;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+inline constexpr bool child_memory_is_limited = false;
+#else
+inline constexpr bool child_memory_is_limited = true;
+#endif
+#else
+inline constexpr bool child_memory_is_limited = true;
+#endif
+
 struct Child_Limits {
   double seconds = 60;
   std::size_t memory_bytes = std::size_t{4} << 30;

@@ -15,6 +15,13 @@ std::uint8_t byte_of(float component) {
   return static_cast<std::uint8_t>(std::lround(255 * std::clamp(component, 0.0f, 1.0f)));
 }
 
+// Whether triangle `t` of a strip runs clockwise on the device.
+bool triangle_faces_away(std::span<const KT_Point> points, std::size_t t) {
+  const Corners corners = strip_triangle(t);
+  const KT_Point a = points[corners.a], b = points[corners.b], c = points[corners.c];
+  return (b.x - a.x) * (c.y - a.y) < (b.y - a.y) * (c.x - a.x);
+}
+
 // Turns the strips of one mesh into device strips.
 class Mesh_Projector {
  public:
@@ -75,7 +82,7 @@ class Mesh_Projector {
     points_.clear();
     point_colors_.clear();
     for (const std::uint32_t vertex : strip) add_point(placed_[vertex]);
-    result_.add(points_, result_.mode() == Mode::flat ? facet_colors_ : point_colors_);
+    add_runs(points_, result_.mode() == Mode::flat ? facet_colors_ : point_colors_);
   }
 
   void add_clipped(std::span<const std::uint32_t> strip) {
@@ -90,7 +97,19 @@ class Mesh_Projector {
       point_colors_.clear();
       for (const Eye_Point& point : clipped.span()) add_point(point);
       if (result_.mode() == Mode::flat) point_colors_.assign(clipped.count - 2, facet_colors_[t]);
-      result_.add(points_, point_colors_);
+      add_runs(points_, point_colors_);
+    }
+  }
+
+  // Adds the strip in pieces that face one way.
+  void add_runs(std::span<const KT_Point> points, std::span<const KT_RGB32> colors) {
+    const std::size_t triangles = points.size() - 2;
+    for (std::size_t first = 0, end = 0; first < triangles; first = end) {
+      const bool faces_away = triangle_faces_away(points, first);
+      while (end < triangles && triangle_faces_away(points, end) == faces_away) ++end;
+      const std::size_t count = end - first + 2;
+      result_.add(points.subspan(first, count),
+                  colors.subspan(first, result_.color_count(count)), faces_away);
     }
   }
 
@@ -114,10 +133,16 @@ KT_RGB32 device_color(const Color& color) {
   return {byte_of(color.blue), byte_of(color.green), byte_of(color.red), byte_of(color.alpha)};
 }
 
-void Device_Geometry::add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors) {
-  strips_.push_back({points_.size(), points.size(), colors_.size()});
+void Device_Geometry::add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors,
+                          bool faces_away) {
+  strips_.push_back({points_.size(), points.size(), colors_.size(), faces_away});
   points_.insert(points_.end(), points.begin(), points.end());
   colors_.insert(colors_.end(), colors.begin(), colors.end());
+}
+
+void Device_Geometry::put_backs_first() {
+  std::stable_partition(strips_.begin(), strips_.end(),
+                        [](const Device_Strip& strip) { return strip.faces_away; });
 }
 
 Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode) {
@@ -127,6 +152,7 @@ Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode)
     const Mesh& mesh = scene.model.meshes[i];
     projector.project(mesh, scene.model.materials[mesh.material], scene.strips[i]);
   }
+  geometry.put_backs_first();
   return geometry;
 }
 

@@ -19,6 +19,7 @@ enum class Mode {
 struct Device_Strip {
   std::size_t first_point = 0, point_count = 0;
   std::size_t first_color = 0;
+  bool faces_away = false;
 };
 
 // Strips in device coordinates, on or off the window; nothing of them is before the near plane.
@@ -27,7 +28,10 @@ class Device_Geometry {
   explicit Device_Geometry(Mode mode) : mode_(mode) {}
 
   // `colors` are as many as the mode asks for.
-  void add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors);
+  void add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors, bool faces_away);
+  // A module draws the pixels of all edges. Where a front and a back share an edge at the same
+  // depth, it is the one drawn last that shows: that is to be the front.
+  void put_backs_first();
 
   Mode mode() const { return mode_; }
   const std::vector<Device_Strip>& strips() const { return strips_; }

@@ -68,7 +68,9 @@ int report(const Failure& failure) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  signal(SIGPIPE, SIG_IGN);  // a picture into a broken pipe is an error to report
+  // A broken pipe or a limit on file sizes is an error to report, not an end of the program.
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
   std::string picture_path;
   try {
     const std::optional<Options> options = parse_options(argc, argv, default_module());

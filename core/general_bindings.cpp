@@ -15,15 +15,6 @@ void bind_textured_polytriangles(Software_Z_Buffer& renderer, Variant) {
                                                   &KD_Standard_Draw_DCI_Textured_Polytriangle);
 }
 
-void bind_polylines(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Draw_2DI_Polyline>(renderer, &KD_Standard_Draw_2DI_Polyline);
-  bind<KT_Action::Draw_DCI_Polyline>(renderer, &KD_Standard_Draw_DCI_Polyline);
-  bind<KT_Action::Draw_2DI_Colorized_Polyline>(renderer, &KD_Standard_Draw_2DI_Colorized_Polyline);
-  bind<KT_Action::Draw_DCI_Colorized_Polyline>(renderer, &KD_Standard_Draw_DCI_Colorized_Polyline);
-  bind<KT_Action::Draw_2DI_Gouraud_Polyline>(renderer, &KD_Standard_Draw_2DI_Gouraud_Polyline);
-  bind<KT_Action::Draw_DCI_Gouraud_Polyline>(renderer, &KD_Standard_Draw_DCI_Gouraud_Polyline);
-}
-
 void bind_tiling_actions(Software_Z_Buffer&) {}
 
 }  // namespace zbuffer

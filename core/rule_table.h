@@ -29,7 +29,7 @@ struct Rule_Row {
 
 /// The rule of the one row that covers `member`.
 template <class Where, class Rule, std::size_t count, class Member>
-consteval Rule the_rule(const Rule_Row<Where, Rule> (&rows)[count], Member member) {
+constexpr Rule the_rule(const Rule_Row<Where, Rule> (&rows)[count], Member member) {
   const Rule* found = nullptr;
   for (const Rule_Row<Where, Rule>& row : rows) {
     if (!row.where.covers(member)) continue;

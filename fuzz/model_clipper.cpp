@@ -12,6 +12,7 @@ enum Side { left = 1, top = 2, right = 4, bottom = 8 };
 struct Vertex {
   double x, y, z;
   KT_RGB32 color;
+  KT_Parameter parameter;
 };
 
 struct Cut {
@@ -33,12 +34,22 @@ KT_RGB32 from_channels(Value value) {
   return KT_RGB32::from_word(word);
 }
 
+/// The parameter whose components are `value` of theirs.
+template <class Value>
+KT_Parameter from_components(Value value) {
+  const auto of = [&](float KT_Parameter::*c) { return static_cast<float>(value(c)); };
+  return {of(&KT_Parameter::s), of(&KT_Parameter::t), of(&KT_Parameter::r)};
+}
+
 Vertex point_on(const Vertex& a, const Vertex& b, double t, int side, const KT_Int_Rectangle& r) {
   Vertex p{};
   p.z = a.z + (b.z - a.z) * t;
   p.color = from_channels([&](int k) {
     const double c = channel(a.color, k);
     return c + (channel(b.color, k) - c) * t;
+  });
+  p.parameter = from_components([&](float KT_Parameter::*c) {
+    return a.parameter.*c + (b.parameter.*c - a.parameter.*c) * t;
   });
   if (side == left || side == right) {
     p.x = side == left ? r.left : r.right;
@@ -150,10 +161,12 @@ int rounded(float value) {
 }
 
 std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
-                                         const KT_RGB32 (&colors)[3], const KT_Int_Rectangle& r) {
+                                         const KT_RGB32 (&colors)[3], const KT_Int_Rectangle& r,
+                                         const KT_Parameter* parameters) {
   Vertex p[3];
   for (int i = 0; i < 3; ++i)
-    p[i] = {double(points[i].x), double(points[i].y), double(points[i].z), colors[i]};
+    p[i] = {double(points[i].x), double(points[i].y), double(points[i].z), colors[i],
+            parameters ? parameters[i] : KT_Parameter{}};
   const double a = p[1].x - p[0].x, b = p[2].y - p[0].y;
   const double c = p[1].y - p[0].y, d = p[2].x - p[0].x;
   const double determinant = a * b - c * d;
@@ -164,13 +177,20 @@ std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
   };
   const auto on_plane = [&](double x, double y) -> Vertex {
     const Gradient dz = gradient(p[1].z - p[0].z, p[2].z - p[0].z);
+    const auto from_base = [&](auto base, double f1, double f2) {
+      const Gradient g = gradient(f1, f2);
+      return base + (x - p[0].x) * static_cast<float>(g.dx) +
+             (y - p[0].y) * static_cast<float>(g.dy);
+    };
     return {x, y, p[0].z + (x - p[0].x) * dz.dx + (y - p[0].y) * dz.dy, from_channels([&](int k) {
               const int base = channel(p[0].color, k);
-              const Gradient g =
-                  gradient(channel(p[1].color, k) - base, channel(p[2].color, k) - base);
-              return std::clamp(base + (x - p[0].x) * static_cast<float>(g.dx) +
-                                    (y - p[0].y) * static_cast<float>(g.dy),
+              return std::clamp(from_base(base, channel(p[1].color, k) - base,
+                                          channel(p[2].color, k) - base),
                                 0.0, 255.0);
+            }),
+            from_components([&](float KT_Parameter::*c) {
+              const float base = p[0].parameter.*c;
+              return from_base(base, p[1].parameter.*c - base, p[2].parameter.*c - base);
             })};
   };
 
@@ -220,7 +240,7 @@ std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
   }
   std::vector<Clipped_Point> result;
   for (const Vertex& v : strip)
-    result.push_back({{rounded(v.x), rounded(v.y), rounded(v.z)}, v.color});
+    result.push_back({{rounded(v.x), rounded(v.y), rounded(v.z)}, v.color, v.parameter});
   return result;
 }
 

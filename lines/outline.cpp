@@ -8,7 +8,8 @@ namespace {
 template <class Record, class Field>
 void set(KT_Rendition& rendition, KT_Handle<Record> KT_Rendition_Data::*which,
          Field Record::*field, const Field& value) {
-  if ((*rendition).*which->*field != value) rendition.edit(which).*field = value;
+  const Record& record = *((*rendition).*which);
+  if (record.*field != value) rendition.edit(which).*field = value;
 }
 
 template <class Field>
@@ -70,8 +71,8 @@ void prepare_outline_rendition(KT_Rendition& temporary) {
     set_advanced_bits(temporary, temporary->misc_attributes->advanced_options.bits |
                                      KT_Advanced_Options::alpha_bit);
   }
-  set_line<std::uint8_t>(temporary, &KT_Line_Attributes::line_flag_a, 1);
-  set_line<std::uint8_t>(temporary, &KT_Line_Attributes::line_flag_b, 1);
+  set_line(temporary, &KT_Line_Attributes::line_flag_a, std::uint8_t{1});
+  set_line(temporary, &KT_Line_Attributes::line_flag_b, std::uint8_t{1});
 }
 
 void prepare_core_rendition(const KT_Rendition& rendition, KT_Rendition& temporary) {

@@ -1,13 +1,17 @@
 #include "lines/strip_edges.h"
 
+#include "core/fixed_point.h"
 #include "core/scratch.h"
+#include "lines/instances.h"
 
 namespace zbuffer {
 namespace {
 
+// Edges are drawn opaque, whichever variant the strip is drawn in.
 void draw_chain(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
                 const KT_DCI_Point* points) {
-  KD_Standard_Draw_2DI_Polyline(&renderer, rendition, count, points);
+  lines::enter<lines::Layer::any, Variant::rgb_z, lines::Kind::plain>(
+      {renderer, rendition, count, points});
 }
 
 // Every second point from `first` on.
@@ -36,6 +40,15 @@ void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition
                every_second.data());
   }
   renderer.edge_depth_offset = 0;
+}
+
+void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
+                      const KT_Point* points) {
+  Scratch<KT_DCI_Point> whole(count);
+  for (int i = 0; i < count; ++i) {
+    whole[i] = {rounded(points[i].x), rounded(points[i].y), rounded(points[i].z)};
+  }
+  draw_strip_edges(renderer, rendition, count, whole.data());
 }
 
 }  // namespace zbuffer

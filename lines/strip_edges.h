@@ -10,5 +10,8 @@ namespace zbuffer {
 /// depth offset.
 void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
                       const KT_DCI_Point* points);
+/// The same with float points, which are rounded.
+void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
+                      const KT_Point* points);
 
 }  // namespace zbuffer

@@ -18,7 +18,6 @@ namespace quad_detail {
 using Signed_Quad __attribute__((vector_size(16))) = std::int32_t;
 using Four_Bytes __attribute__((vector_size(4))) = std::uint8_t;
 using Four_Shorts __attribute__((vector_size(8))) = std::uint16_t;
-using Eight_Bytes __attribute__((vector_size(8))) = std::uint8_t;
 using Eight_Shorts __attribute__((vector_size(16))) = std::uint16_t;
 
 template <class Element>
@@ -36,12 +35,11 @@ struct Narrow<std::uint32_t> {
   using Type = Quad;
 };
 
-// Two pixels, a channel in each short.
-inline Eight_Shorts blended_pair(Eight_Bytes old_bytes, Eight_Bytes source_bytes) {
-  const auto old = __builtin_convertvector(old_bytes, Eight_Shorts);
-  const auto source = __builtin_convertvector(source_bytes, Eight_Shorts);
-  const Eight_Shorts a = __builtin_shufflevector(source, source, 3, 3, 3, 3, 7, 7, 7, 7);
-  return divided_by_255<Eight_Shorts>(source * a + old * (255 - a));
+// Two channels of each pixel, in the two shorts of its word: (s * a + o * b) / 255.
+inline Quad mixed_channels(Quad old, Quad source, Quad a, Quad b) {
+  const auto shorts = [](Quad quad) { return reinterpret_cast<Eight_Shorts>(quad); };
+  return reinterpret_cast<Quad>(divided_by_255<Eight_Shorts>(
+      shorts(source) * shorts(a) + shorts(old) * shorts(b)));
 }
 
 }  // namespace quad_detail
@@ -81,18 +79,13 @@ inline Quad is_transparent(Quad colors) {
 /// Each source colour by its own alpha: 255 gives the source, 0 the old pixel, and any other a
 /// blend with an alpha byte of 255.
 inline Quad blended_by_source(Quad old, Quad source) {
-  using namespace quad_detail;
-  Eight_Bytes olds[2], sources[2];
-  std::memcpy(olds, &old, sizeof old);
-  std::memcpy(sources, &source, sizeof source);
-  Eight_Bytes blended[2];
-  for (std::size_t i = 0; i < 2; ++i) {
-    blended[i] = __builtin_convertvector(blended_pair(olds[i], sources[i]), Eight_Bytes);
-  }
-  Quad colors;
-  std::memcpy(&colors, blended, sizeof colors);
-  const Quad alpha = old | ~is_transparent(source);
-  return (colors & ~opaque_alpha) | (alpha & opaque_alpha);
+  constexpr std::uint32_t even = 0x00FF00FFu;  // blue and red; green and alpha lie between
+  const Quad a = (source >> 24) * 0x00010001u;
+  const Quad b = even - a;
+  const Quad blue_red = quad_detail::mixed_channels(old & even, source & even, a, b);
+  const Quad green = quad_detail::mixed_channels((old >> 8) & 255, (source >> 8) & 255, a, b);
+  const Quad alpha = (old | ~is_transparent(source)) & opaque_alpha;
+  return blue_red | (green << 8) | alpha;
 }
 
 }  // namespace zbuffer

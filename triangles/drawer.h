@@ -37,10 +37,10 @@ class Drawer {
     if (merges<Merge_Rule::all>()) {
       const Mapped_Merge merge(context_.renderer);
       return walk(points, nullptr,
-                  Paint(source, Mapped_Merge_Store{merge},
-                        Mapped_Merge_Contrast{merge, contrast_index()}));
+                  Paint{source, Mapped_Merge_Store{merge},
+                        Mapped_Merge_Contrast{merge, contrast_index()}});
     }
-    walk(points, nullptr, Paint(source, Replace{}, Index_Contrast{contrast_index()}));
+    walk(points, nullptr, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
   }
 
   /// A triangle of one direct colour.
@@ -51,41 +51,41 @@ class Drawer {
     if (merges<Merge_Rule::all>() || (merges<Merge_Rule::opaque_triangles>() && opaque)) {
       const Rgb_Merge merge(context_.renderer);
       return walk(points, nullptr,
-                  Paint(source, Merge_Store{merge}, Merge_Contrast{merge, contrast_word()}));
+                  Paint{source, Merge_Store{merge}, Merge_Contrast{merge, contrast_word()}});
     }
     constexpr Alpha_Rule rule = alpha_rules.ordinary;
     if (rule == Alpha_Rule::store || opaque) {
-      return walk(points, nullptr, Paint(source, Replace{}, mixed_contrast()));
+      return walk(points, nullptr, Paint{source, Replace{}, mixed_contrast()});
     }
-    walk(points, nullptr, Paint(source, Mix_Store{Mix(word, rule)}, mixed_contrast()));
+    walk(points, nullptr, Paint{source, Mix_Store{Mix(word, rule)}, mixed_contrast()});
   }
 
   /// A triangle of one colour, dithered by candidates.
   void dithered(const KT_DCI_Point* points, const Dithered_Color& color) const {
     walk(points, nullptr,
-         Paint(Dithered_Source{color}, Replace{}, Index_Contrast{contrast_index()}));
+         Paint{Dithered_Source{color}, Replace{}, Index_Contrast{contrast_index()}});
   }
 
   /// A triangle of one colour, dithered at each pixel.
   void dithered_by_pixel(const KT_DCI_Point* points, const Rounded_Dither_Source& source) const {
     if (merges<Merge_Rule::ordinary>()) {
       return walk(points, nullptr,
-                  Paint(source, Mapped_Merge_Store{Mapped_Merge(context_.renderer)},
-                        Index_Contrast{contrast_index()}));
+                  Paint{source, Mapped_Merge_Store{Mapped_Merge(context_.renderer)},
+                        Index_Contrast{contrast_index()}});
     }
-    walk(points, nullptr, Paint(source, Replace{}, Index_Contrast{contrast_index()}));
+    walk(points, nullptr, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
   }
 
   /// A triangle with a colour a point.
   void gouraud(const KT_DCI_Point* points, const KT_RGB32* colors) const {
     if constexpr (is_mapped(member.variant)) {
       const Gouraud_Dither_Source source{Cube(context_.renderer.color_cube)};
-      walk(points, colors, Paint(source, Replace{}, Index_Contrast{contrast_index()}));
+      walk(points, colors, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
     } else if constexpr (alpha_rules.ordinary == Alpha_Rule::store) {
-      walk(points, colors, Paint(Gouraud_Source{}, Replace{}, mixed_contrast()));
+      walk(points, colors, Paint{Gouraud_Source{}, Replace{}, mixed_contrast()});
     } else {
       walk(points, colors,
-           Paint(Gouraud_Alpha_Source{}, Blend_Source<alpha_rules.ordinary>{}, mixed_contrast()));
+           Paint{Gouraud_Alpha_Source{}, Blend_Source<alpha_rules.ordinary>{}, mixed_contrast()});
     }
   }
 

@@ -263,7 +263,7 @@ inline constexpr Chain_Row chains[] = {
 
 }  // namespace rules
 
-consteval Chain the_chain(Entry entry) {
+constexpr Chain the_chain(Entry entry) {
   const Chain* found = nullptr;
   for (const Chain_Row& row : rules::chains) {
     if (row.layer != entry.layer || !row.kind.has(entry.kind) ||
