@@ -47,8 +47,16 @@ struct Fixed {
   static constexpr std::int32_t whole_signed(Word value) { return as_signed(value) >> bits; }
 };
 
-using Position = Fixed<16>;  ///< x, texel and channel positions
-using Depth = Fixed<15>;     ///< depths; 65535 fills the whole word
+/// x, texel and channel positions.
+using Position = Fixed<16>;
+
+/// Depths; 65535 fills the whole word.
+struct Depth : Fixed<15> {
+  /// A running depth as the depth image holds it.
+  static constexpr std::uint16_t stored(Word value) {
+    return static_cast<std::uint16_t>(value >> fraction_bits);
+  }
+};
 
 /// A count of rows or pixels over which differences are spread, 1 or more.
 ///

@@ -37,8 +37,8 @@ KT_RGB32 from_channels(Value value) {
 /// The parameter whose components are `value` of theirs.
 template <class Value>
 KT_Parameter from_components(Value value) {
-  const auto of = [&](float KT_Parameter::*c) { return static_cast<float>(value(c)); };
-  return {of(&KT_Parameter::s), of(&KT_Parameter::t), of(&KT_Parameter::r)};
+  return {static_cast<float>(value(&KT_Parameter::s)), static_cast<float>(value(&KT_Parameter::t)),
+          static_cast<float>(value(&KT_Parameter::r))};
 }
 
 Vertex point_on(const Vertex& a, const Vertex& b, double t, int side, const KT_Int_Rectangle& r) {
@@ -48,8 +48,8 @@ Vertex point_on(const Vertex& a, const Vertex& b, double t, int side, const KT_I
     const double c = channel(a.color, k);
     return c + (channel(b.color, k) - c) * t;
   });
-  p.parameter = from_components([&](float KT_Parameter::*c) {
-    return a.parameter.*c + (b.parameter.*c - a.parameter.*c) * t;
+  p.parameter = from_components([&](float KT_Parameter::*of) {
+    return a.parameter.*of + (b.parameter.*of - a.parameter.*of) * t;
   });
   if (side == left || side == right) {
     p.x = side == left ? r.left : r.right;
@@ -188,9 +188,9 @@ std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
                                           channel(p[2].color, k) - base),
                                 0.0, 255.0);
             }),
-            from_components([&](float KT_Parameter::*c) {
-              const float base = p[0].parameter.*c;
-              return from_base(base, p[1].parameter.*c - base, p[2].parameter.*c - base);
+            from_components([&](float KT_Parameter::*of) {
+              const float base = p[0].parameter.*of;
+              return from_base(base, p[1].parameter.*of - base, p[2].parameter.*of - base);
             })};
   };
 

@@ -129,11 +129,12 @@ class Scan : Texel_Routine {
   Vertex vertex(const Textured_Strip& s, int i) const {
     const KT_DCI_Point p = s.points[i];
     const KT_Parameter& parameter = s.parameters[i * s.parameter_width];
-    Vertex v{.x = p.x - state.origin.x,
-             .y = p.y - state.origin.y,
-             .z = sum(p.z, face_.face_depth_offset),
-             .u = whole(static_cast<float>(texture.image->width) * parameter.s),
-             .v = whole(static_cast<float>(texture.image->height) * parameter.t)};
+    Vertex v;
+    v.x = p.x - state.origin.x;
+    v.y = p.y - state.origin.y;
+    v.z = sum(p.z, face_.face_depth_offset);
+    v.u = whole(static_cast<float>(texture.image->width) * parameter.s);
+    v.v = whole(static_cast<float>(texture.image->height) * parameter.t);
     if (s.colors && road != Road::plain && (road != Road::lit || texture.modulate))
       v.color = s.colors[i];
     v.rgba = {v.color.red, v.color.green, v.color.blue, v.color.alpha};
@@ -237,7 +238,8 @@ class Scan : Texel_Routine {
 
   static Sample on_span(const Edge& l, const Edge& r, int n, int i) {
     const auto texel = [&](std::uint32_t a, std::uint32_t b) {
-      const int step = line_step(difference(static_cast<int>(b >> 16), static_cast<int>(a >> 16)), n);
+      const int step =
+          line_step(difference(static_cast<int>(b >> 16), static_cast<int>(a >> 16)), n);
       return ((a & 0xFFFF0000) + 0x8000 + bits(product(i, step))) >> 16;
     };
     Sample s{depth_on_span(l.z, r.z, n, i, false), texel(l.u, r.u), texel(l.v, r.v), 0, {}, 0, {}};

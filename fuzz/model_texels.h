@@ -16,8 +16,11 @@ struct Textured_Strip {
   const KT_Vector* vectors = nullptr;
 
   Textured_Strip part(int first, int points_taken) const {
-    return {points_taken,    points + first, colors ? colors + first : nullptr,
-            parameters + first * parameter_width, parameter_width,
+    return {points_taken,
+            points + first,
+            colors ? colors + first : nullptr,
+            parameters + first * parameter_width,
+            parameter_width,
             vectors ? vectors + first : nullptr};
   }
 };

@@ -62,7 +62,7 @@ class Textured_Model {
     }
     const bool reads_colors = road == Road::modulated || (road == Road::lit && texture_.modulate);
     if (call_.count < 2 || (reads_colors && !call_.colors)) return;
-    const Textured_Strip strip{call_.count,       outcome_.points.data(), call_.colors,
+    const Textured_Strip strip{call_.count,      outcome_.points.data(), call_.colors,
                                call_.parameters, call_.parameter_width,  call_.vectors};
     Texel_Routine routine{state_, rendition_, texture_, call_, v, road, outcome_.light};
     inside() ? routine.scan(strip) : walk(routine, strip);

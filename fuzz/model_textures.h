@@ -43,9 +43,9 @@ struct Textured_Call {
 
 struct Textured_Outcome {
   enum { drawn, standard, edges } kind = drawn;
-  bool asks_texture = false;          ///< of the material
-  std::vector<KT_DCI_Point> points;   ///< of the call, whole
-  std::vector<Light_Asked> light;     ///< in order
+  bool asks_texture = false;         ///< of the material
+  std::vector<KT_DCI_Point> points;  ///< of the call, whole
+  std::vector<Light_Asked> light;    ///< in order
 };
 
 /// Does to the images of `state` what the call does to those of a renderer in that state.

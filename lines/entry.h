@@ -82,13 +82,11 @@ bool taken(const Polyline& line) {
       draw_antialiased_list(line, masking);
     }
   } else if constexpr (step == Step::shell) {
-    const KT_RGB32 color = line.material().color;
-    const Polyline colorized = line.in_one_color(&color);
     if (mask_in_force(line.renderer, line.rendition)) {
-      // A plain list may have a masked form of its own.
       enter_masked<layer, variant, kind>(line);
     } else {
-      enter<layer, variant, Kind::colorized>(colorized);
+      const KT_RGB32 color = line.material().color;
+      enter<layer, variant, Kind::colorized>(line.in_one_color(&color));
     }
   } else {
     static_assert(step == Step::none);
@@ -218,8 +216,8 @@ void draw_layer(const Polyline& line) {
 }
 
 /// Whether a routine is only a shell around the colorized one.
-consteval bool is_shell(Entry entry) {
-  for (Step step : the_rule(rules::chains, entry).steps) {
+constexpr bool is_shell(const Chain& chain) {
+  for (Step step : chain.steps) {
     if (step == Step::shell) return true;
   }
   return false;
@@ -231,7 +229,8 @@ template <Layer layer, Variant variant, Kind kind>
 void enter(const Polyline& line) {
   using namespace entry_detail;
   if (taken_by_chain<layer, variant, kind, Masking::open>(line)) return;
-  if constexpr (!is_shell({layer, kind, variant})) {
+  constexpr Chain chain = the_rule(rules::chains, Entry{layer, kind, variant});
+  if constexpr (!is_shell(chain)) {
     draw_layer<layer, variant, kind, Masking::open>(line);
   }
 }

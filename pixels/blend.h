@@ -23,7 +23,9 @@ constexpr Number divided_by_255(Number x) {
 
 constexpr std::uint32_t opaque_alpha = 0xFF000000u;
 
-constexpr std::uint32_t byte_of(std::uint32_t word, int index) { return (word >> (8 * index)) & 255; }
+constexpr std::uint32_t byte_of(std::uint32_t word, int index) {
+  return (word >> (8 * index)) & 255;
+}
 constexpr std::uint32_t alpha_of(std::uint32_t word) { return word >> 24; }
 
 /// What becomes of a colour with an alpha byte.

@@ -43,7 +43,7 @@ class Pattern_Cover {
   /// The pattern of `rendition`, whose `face_pattern` is below 75.
   explicit Pattern_Cover(const KT_Rendition& rendition);
 
-  /// Whether a set or clear bit of the pattern row can be told for (x, y) in buffer coordinates.
+  /// The pattern's bit at (x, y) in buffer coordinates.
   bool is_set(std::int32_t x, std::int32_t y) const {
     return bit(row(y), floor_modulo(x - origin_.x, pattern_.pattern_width));
   }
@@ -58,12 +58,13 @@ class Pattern_Cover {
 
     Chunk next(std::int32_t count) {
       const std::uint64_t valid = first_bits(count);
-      const std::uint64_t set = (cover_.pattern_.pattern_width == 8 ? byte_wide() : general(count)) & valid;
+      const bool narrow = cover_.pattern_.pattern_width == 8;
+      const std::uint64_t set = (narrow ? byte_wide() : general(count)) & valid;
       return {~set & valid, cover_.opaque_ ? set : 0};
     }
 
    private:
-    // Eight chunks of eight bits repeat without a shift.
+    // A chunk is a whole number of pattern bytes: `px_` stays.
     std::uint64_t byte_wide() const {
       const auto byte = static_cast<std::uint8_t>(*row_ ^ cover_.inversion_);
       return std::rotr(byte, px_) * 0x0101010101010101u;

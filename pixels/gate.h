@@ -25,6 +25,14 @@ struct Depth_Gate {
     return depth <= stored;
   }
 
+  /// Tests a running depth at a depth pixel and writes what a pass writes.
+  static bool try_pass(std::uint16_t* pixel, Word running) {
+    const std::uint16_t depth = Depth::stored(running);
+    const bool pass = passes(depth, *pixel);
+    *pixel = written(pass, depth, *pixel);
+    return pass;
+  }
+
   /// What the depth pixel holds after the test.
   static constexpr std::uint16_t written(bool pass, std::uint16_t depth, std::uint16_t stored) {
     return write == Depth_Write::on_pass && pass ? depth : stored;

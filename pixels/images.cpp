@@ -37,6 +37,11 @@ struct Image_Call {
   bool advanced_bit(std::uint32_t bit) const {
     return (rendition->misc_attributes->advanced_options.bits & bit) != 0;
   }
+  /// Pixels of a row, cut where the window ends on the right; may be below 1.
+  std::int32_t columns() const {
+    const std::int32_t last = renderer.device_origin.x + renderer.window_extent.x - 1;
+    return wrapped_sum(wrapped_difference(std::min(end.x, last), start.x), 1);
+  }
 };
 
 // What a source pixel does. `drawn` says for which pixels depth takes part.
@@ -189,10 +194,7 @@ struct Row_Mask {
 template <class Source, class Pixel, class Ramp, class Mask>
 void draw_rows(const Image_Call<Pixel>& call, Ramp ramp, const Mask& mask) {
   const Frame frame(call.renderer);
-  const std::int32_t last_x = frame.origin.x + call.renderer.window_extent.x - 1;
-  const std::int32_t count =
-      wrapped_sum(wrapped_difference(std::min(call.end.x, last_x), call.start.x), 1);
-  if (count < 1) return;
+  const std::int32_t count = call.columns();
   const std::int32_t x = wrapped_difference(call.start.x, frame.origin.x);
   const std::int32_t bottom = wrapped_difference(call.end.y, frame.origin.y);
   const std::uint8_t* source = call.pixels;
@@ -214,6 +216,7 @@ enum class Depth_Use : std::uint8_t { none, ramp };
 
 template <class Source, Depth_Use depth, class Pixel, class Mask>
 void draw_image(const Image_Call<Pixel>& call, const Mask& mask) {
+  if (call.columns() < 1) return;
   if constexpr (depth == Depth_Use::ramp) {
     draw_rows<Source>(call, Depth_Ramp(call.start, call.end), mask);
   } else {

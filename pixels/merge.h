@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/software_z_buffer.h"
+#include "pixels/blend.h"
 
 namespace zbuffer {
 
@@ -23,7 +24,7 @@ struct Rgb_Merge {
         substitute(renderer.merge_substitute_color.word()) {}
 
   std::uint32_t operator()(std::uint32_t old, std::uint32_t color) const {
-    const std::uint32_t joined = (old == key ? color : old & color) | 0xFF000000u;
+    const std::uint32_t joined = (old == key ? color : old & color) | opaque_alpha;
     const std::uint32_t merged = joined == key ? substitute : joined;
     // Equal colours stay as they are, alpha too, unless both are the key.
     return old == color && old != key ? old : merged;
@@ -47,7 +48,7 @@ struct Mapped_Merge {
     if (old == index) return old;
     const KT_Palette_Entry* entries = (*palette)->entries;
     const std::uint32_t common = entries[old].color.word() & entries[index].color.word();
-    const KT_RGB32 color = KT_RGB32::from_word(common | 0xFF000000u);
+    const KT_RGB32 color = KT_RGB32::from_word(common | opaque_alpha);
     return static_cast<std::uint8_t>(palette->closest_match(color, false));
   }
 };

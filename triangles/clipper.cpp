@@ -74,7 +74,7 @@ class Edge_Clipper {
       : bounds_(bounds), attributes_(attributes) {}
 
   // Returns false when the edge is not visible. An edge that is entered close to its end is cut
-  // again from there, for a better result.
+  // again from there, since the cut is the more exact the nearer its start.
   bool clip(const Working_Vertex& a, const Working_Vertex& b, Clipped_Edge& edge) const {
     Cut cut;
     if (!find_cut(a, b, cut)) return false;
@@ -92,7 +92,7 @@ class Edge_Clipper {
 
  private:
   static constexpr double close_to_end = 0.999;
-  static constexpr double epsilon = 1e-12f;
+  static constexpr double epsilon = 1e-12f;  // the single-precision number, widened
 
   struct Cut {
     double t_in = 0;
@@ -110,15 +110,15 @@ class Edge_Clipper {
 
   template <Side low_code, Side high_code>
   static bool cut_axis(double from, double to, double low, double high, Cut& cut) {
-    constexpr bool second = low_code == bottom_side;  // x has set its parameters before
+    constexpr bool is_y = low_code == bottom_side;  // x has set its parameters before
     const double d = to - from;
     const auto enter = [&](double side, int code) {
       const double t = (side - from) / d;
-      if (!second || t >= cut.t_in - epsilon) cut.t_in = t, cut.code_in = code;
+      if (!is_y || t >= cut.t_in - epsilon) cut.t_in = t, cut.code_in = code;
     };
     const auto leave = [&](double side, int code) {
       const double t = (side - from) / d;
-      if (!second || cut.t_out + epsilon >= t) cut.t_out = t, cut.code_out = code;
+      if (!is_y || cut.t_out + epsilon >= t) cut.t_out = t, cut.code_out = code;
     };
     if (d > 0) {
       if (low > from) {
@@ -205,8 +205,7 @@ class Plane {
     }
   }
 
-  /// Which way round the corners run.
-  bool winding() const { return a_ * b_ > c_ * d_; }
+    bool counterclockwise() const { return a_ * b_ > c_ * d_; }
 
   // Barycentric, u along corner 0 to 1 and v along corner 0 to 2. Only u is strictly bounded.
   bool contains(double x, double y) const {
@@ -295,6 +294,7 @@ class Plane {
   }
 
   const std::array<Working_Vertex, 3>& p_;
+  // Differences from corner 0: of x and y to corner 1 (a, c) and to corner 2 (d, b).
   double a_, b_, c_, d_;
   Attributes attributes_;
   Gradient<double> z_;
@@ -319,7 +319,7 @@ class Polygon {
     if (from == not_cut || to == not_cut) return;
     while (from != to) {
       append_corner(from);
-      from = plane_.winding() ? (from == left_side ? bottom_side : from / 2)
+      from = plane_.counterclockwise() ? (from == left_side ? bottom_side : from / 2)
                               : (from == bottom_side ? left_side : from * 2);
     }
   }
@@ -336,7 +336,7 @@ class Polygon {
 
  private:
   void append_corner(int side) {
-    const bool turned = plane_.winding();
+    const bool turned = plane_.counterclockwise();
     const bool at_left = turned ? side == left_side || side == top_side
                                 : side == left_side || side == bottom_side;
     const bool at_top = turned ? side == right_side || side == top_side

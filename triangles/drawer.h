@@ -128,7 +128,7 @@ class Drawer {
     const KT_Int_XY origin = context_.frame.origin;
     made.y = wrapped_difference(point.y, origin.y);
     made.value[0] = wrapped_difference(point.x, origin.x);
-    if constexpr (Gate::tests) made.value[1] = wrapped_sum(point.z, context_.depth_offset);
+    if constexpr (Gate::tests) made.value[depth_lane] = wrapped_sum(point.z, context_.depth_offset);
     constexpr std::size_t lane = Drawn::first_paint_lane;
     constexpr std::size_t channels = Paint_Type::Source::Kinds::count;
     if constexpr (channels > 0) {

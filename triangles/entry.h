@@ -1,10 +1,11 @@
 // From an action to the scan: entry chains, the four layers, and the walk along a strip that
 // crosses the hard clip.
 //
-//   2D   float, anywhere   converts, goes on to 2DI
-//   2DI  whole, anywhere   cuts the strip into visible runs (to DCI) and clipped triangles
-//   DC   float, inside     converts, goes on to DCI
-//   DCI  whole, inside     scan conversion
+//   2D   float_any     float, anywhere   converts, goes on to 2DI
+//   2DI  int_any       whole, anywhere   cuts the strip into visible pieces (to DCI) and single
+//                                        clipped triangles
+//   DC   float_inside  float, inside     converts, goes on to DCI
+//   DCI  int_inside    whole, inside     scan conversion
 #pragma once
 
 #include "core/scratch.h"
@@ -16,7 +17,7 @@ namespace zbuffer {
 
 namespace entry_detail {
 
-/// The point type and clipping that follow a layer.
+/// The layer that a float layer goes on to.
 constexpr Layer layer_below(Layer layer) {
   return layer == Layer::float_any ? Layer::int_any : Layer::int_inside;
 }
@@ -24,7 +25,7 @@ constexpr Layer layer_below(Layer layer) {
 template <Layer layer, Variant variant, Kind kind>
 void enter_masked(const Strip& strip) {
   if constexpr (layer == Layer::int_any) {
-    draw_any_masked<variant, kind>(strip);
+    draw_anywhere_masked<variant, kind>(strip);
   } else {
     draw_inside_masked<variant, kind>(strip);
   }
@@ -36,8 +37,8 @@ bool taken(const Strip_At<layer>& strip);
 /// The rest of the blending variant's chain behind its edge test, and its scan.
 template <Layer layer, Variant variant, Kind kind>
 void blend_filled(const Strip_At<layer>& strip) {
-  if (taken<Step::standard, layer, variant, kind>(strip)) return;
-  if (taken<Step::depth, layer, variant, kind>(strip)) return;
+  if (taken<Step::standard_face, layer, variant, kind>(strip)) return;
+  if (taken<Step::no_depth, layer, variant, kind>(strip)) return;
   scan<variant, kind, Masking::open>(strip);
 }
 
@@ -54,13 +55,13 @@ bool taken(const Strip_At<layer>& strip) {
   } else if constexpr (step == Step::edge_bit) {
     if (!bit(KT_Advanced_Options::edge_bit)) return false;
     draw_strip_edges(strip.renderer, strip.rendition, strip.count, strip.points);
-  } else if constexpr (step == Step::standard) {
+  } else if constexpr (step == Step::standard_face) {
     if (strip.face().face_pattern < KT_Face_Attributes::first_standard) return false;
     call_standard<layer, kind>(strip);
-  } else if constexpr (step == Step::ready) {
+  } else if constexpr (step == Step::nothing) {
     return !strip.renderer.color_image || strip.count < 2;
-  } else if constexpr (step == Step::depth) {
-    if (strip.context().depth_enabled != 0) return false;
+  } else if constexpr (step == Step::no_depth) {
+    if (strip.display_context().depth_enabled != 0) return false;
     enter<layer, without_depth(variant), kind>(strip);
   } else if constexpr (step == Step::merge) {
     if (!merge_on(strip.renderer, strip.rendition)) return false;
@@ -83,19 +84,19 @@ bool taken_by_chain(const Strip_At<layer>& strip, std::index_sequence<at...>) {
 
 template <Layer layer, Variant variant, Kind kind>
 bool taken_by_chain(const Strip_At<layer>& strip) {
-  return taken_by_chain<layer, variant, kind>(strip, std::make_index_sequence<6>{});
+  return taken_by_chain<layer, variant, kind>(strip, std::make_index_sequence<Chain::longest>{});
 }
 
 /// A flat action of a direct colour: the colorized one, in a copy of the rendition's colour.
 template <Layer layer, Variant variant>
 void enter_as_colorized(const Strip_At<layer>& flat) {
   KT_RGB32 color = flat.material().color;
-  const auto strip = flat.in_one_color(&color);
+  const auto strip = flat.in_one_color(&color);  // points at `color`, also when that changes below
   constexpr Chain chain = the_chain({layer, Kind::flat, variant});
-  if constexpr (chain.steps[0] == Step::alpha_bit) {
+  if constexpr (chain.has(Step::alpha_bit)) {
     if (taken<Step::alpha_bit, layer, variant, Kind::colorized>(strip)) return;
   }
-  if constexpr (chain.steps[0] == Step::merge_opaque || chain.steps[1] == Step::merge_opaque) {
+  if constexpr (chain.has(Step::merge_opaque)) {
     if (merge_on(strip.renderer, strip.rendition)) {
       color.alpha = 255;
       return enter<layer, with_alpha(variant), Kind::colorized>(strip);
@@ -117,17 +118,18 @@ void convert(const Float_Strip& strip) {
   enter<layer_below(layer), variant, kind>(strip.with_points(strip.count, points.data()));
 }
 
-/// Draws the whole strip through the inside layer, from the walk's point of view one visible run.
+/// Draws a strip, or a piece of one, that lies inside.
 template <Variant variant, Kind kind, Masking masking>
-void draw_run(const Strip& run) {
+void draw_piece(const Strip& piece) {
   if constexpr (masking == Masking::masked) {
-    draw_inside_masked<variant, kind>(run);
+    draw_inside_masked<variant, kind>(piece);
   } else {
-    enter<Layer::int_inside, variant, kind>(run);
+    enter<Layer::int_inside, variant, kind>(piece);
   }
 }
 
-/// A strip that is visible as a whole. `RGB_Z` alone goes through the action record here.
+/// A strip that lies inside as a whole. `RGB_Z` alone goes through the action record here, so that
+/// whoever has bound a routine of his own there sees it.
 template <Variant variant, Kind kind, Masking masking>
 void draw_visible_strip(const Strip& strip) {
   if constexpr (variant == Variant::rgb_z && masking == Masking::open) {
@@ -140,7 +142,7 @@ void draw_visible_strip(const Strip& strip) {
           strip.rendition, strip.count, strip.points, strip.colors, strip.single_color);
     }
   } else {
-    draw_run<variant, kind, masking>(strip);
+    draw_piece<variant, kind, masking>(strip);
   }
 }
 
@@ -164,34 +166,34 @@ void draw_clipped(const Strip& strip, int i) {
   draw_clipped_triangle<variant, kind, masking>(triangle);
 }
 
-/// Cuts a partly visible strip into runs of visible triangles and single clipped ones.
+/// Cuts a partly visible strip into pieces of visible triangles and single clipped ones.
 template <Variant variant, Kind kind, Masking masking>
-void walk_strip(const Strip& strip, const short* codes) {
+void split_strip(const Strip& strip, const short* codes) {
   if (draws_nothing(strip.rendition)) return;
-  const int last = strip.count - 2;  // one past the last triangle
+  const int triangles = strip.count - 2;
   const auto beyond_one_edge = [&](int i) { return (codes[i] & codes[i + 1] & codes[i + 2]) != 0; };
   const auto crosses = [&](int i) { return (codes[i] | codes[i + 1] | codes[i + 2]) != 0; };
   int i = 0;
-  while (i < last) {
-    while (i < last && beyond_one_edge(i)) ++i;
+  while (i < triangles) {
+    while (i < triangles && beyond_one_edge(i)) ++i;
     // Once a triangle is clipped the next are not rejected, even beyond one edge.
-    while (i < last && crosses(i)) draw_clipped<variant, kind, masking>(strip, i++);
-    if (i >= last) return;
+    while (i < triangles && crosses(i)) draw_clipped<variant, kind, masking>(strip, i++);
+    if (i >= triangles) return;
     const int start = i++;
-    while (i < last && codes[i + 2] == 0) ++i;
-    Strip run = strip.with_points(i + 2 - start, strip.points + start);
-    run.colors = colors_at<kind>(strip, start);
-    draw_run<variant, kind, masking>(run);
+    while (i < triangles && codes[i + 2] == 0) ++i;
+    Strip piece = strip.with_points(i + 2 - start, strip.points + start);
+    piece.colors = colors_at<kind>(strip, start);
+    draw_piece<variant, kind, masking>(piece);
   }
 }
 
 template <Variant variant, Kind kind, Masking masking>
-void draw_any(const Strip& strip) {
+void draw_anywhere(const Strip& strip) {
   Scratch<short> codes(strip.count);
-  const int inside =
-      KD_Clip(strip.context().hard_clip, strip.count, strip.points, codes.data());
-  if (inside == strip.count) return draw_visible_strip<variant, kind, masking>(strip);
-  if (inside != 0) walk_strip<variant, kind, masking>(strip, codes.data());
+  const int verdict =
+      KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
+  if (verdict == strip.count) return draw_visible_strip<variant, kind, masking>(strip);
+  if (verdict != 0) split_strip<variant, kind, masking>(strip, codes.data());
 }
 
 }  // namespace entry_detail
@@ -206,7 +208,7 @@ void enter(const Strip_At<layer>& strip) {
     if constexpr (is_float_layer<layer>) {
       convert<layer, variant, kind>(strip);
     } else if constexpr (layer == Layer::int_any) {
-      draw_any<variant, kind, Masking::open>(strip);
+      draw_anywhere<variant, kind, Masking::open>(strip);
     } else {
       scan<variant, kind, Masking::open>(strip);
     }
@@ -214,8 +216,8 @@ void enter(const Strip_At<layer>& strip) {
 }
 
 template <Variant variant, Kind kind>
-void draw_any_masked(const Strip& strip) {
-  entry_detail::draw_any<variant, kind, Masking::masked>(strip);
+void draw_anywhere_masked(const Strip& strip) {
+  entry_detail::draw_anywhere<variant, kind, Masking::masked>(strip);
 }
 
 template <Variant variant, Kind kind>

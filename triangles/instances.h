@@ -10,7 +10,7 @@
   PREFIX template void enter<Layer::int_inside, variant, kind>(const Strip&);
 
 #define ZBUFFER_POLYTRIANGLE_MASKED(PREFIX, variant, kind)                 \
-  PREFIX template void draw_any_masked<variant, kind>(const Strip&);       \
+  PREFIX template void draw_anywhere_masked<variant, kind>(const Strip&);       \
   PREFIX template void draw_inside_masked<variant, kind>(const Strip&);    \
   PREFIX template void scan<variant, kind, Masking::masked>(const Strip&);
 

@@ -10,6 +10,9 @@
 
 namespace zbuffer {
 
+/// Depth, where there is one, follows x; colours and the rest come behind.
+inline constexpr std::size_t depth_lane = 1;
+
 /// x, a texel coordinate or a colour channel.
 struct Position_Lane {
   static Word start(std::int32_t value) { return Position::at(value); }
@@ -96,7 +99,7 @@ struct Corner_Order {
 };
 
 /// Order of corners with rows y0, y1, y2: a look-up by the three comparisons, so that random
-/// triangles mispredict nothing here.
+/// triangles mispredict nothing here. Entries 2 and 5 cannot occur.
 inline Corner_Order order_by_row(std::int32_t y0, std::int32_t y1, std::int32_t y2) {
   static constexpr Corner_Order orders[8] = {{0, 1, 2}, {1, 0, 2}, {0, 1, 2}, {1, 2, 0},
                                              {0, 2, 1}, {1, 0, 2}, {2, 0, 1}, {2, 1, 0}};

@@ -12,7 +12,7 @@ void enter(const Strip_At<layer>& strip);
 
 /// The masked twins of the two integer layers, reached when a mask is in force.
 template <Variant variant, Kind kind>
-void draw_any_masked(const Strip& strip);
+void draw_anywhere_masked(const Strip& strip);
 template <Variant variant, Kind kind>
 void draw_inside_masked(const Strip& strip);
 

@@ -1,6 +1,9 @@
-// Every rule by which like members of the polytriangle family differ, as tables.
+// The rules by which like members of the polytriangle family differ, as tables.
 //
-// A member is a routine by variant, kind, road, masking and filling.
+// A member is a routine by variant, kind, road, masking and filling; rows may cover members that
+// are never made, such as flat ones of direct colour. Beside the tables stand, each at its place:
+// the head of the scan of `RGB_Alpha` and the dithered strip of one colour (scan.h), z of points
+// inside and the action record of `RGB_Z` (entry.h), and where masked `RGB` blends (entry.h).
 #pragma once
 
 #include <array>
@@ -15,7 +18,9 @@
 namespace zbuffer {
 
 enum class Kind : std::uint8_t { flat, colorized, gouraud };
-enum class Layer : std::uint8_t { float_any, float_inside, int_any, int_inside };  // 2D DC 2DI DCI
+/// Point type and place of an action: `2D`, `DC`, `2DI`, `DCI`.
+enum class Layer : std::uint8_t { float_any, float_inside, int_any, int_inside };
+/// The scan of strips that lie inside, or single triangles cut by the hard clip.
 enum class Road : std::uint8_t { scan, clipped };
 enum class Masking : std::uint8_t { open, masked };
 enum class Filling : std::uint8_t { solid, patterned };
@@ -106,7 +111,6 @@ inline constexpr Row<Depth_Rule> depth_rules[] = {
      {fixed, fixed}},
 };
 
-// Who consults merge control, and for which pixels.
 inline constexpr Row<Merge_Rule> merge_rules[] = {
     {{.variant = {rgb_alpha_z, rgb_z, mapped_z, rgb}}, Merge_Rule::never},
     {{.variant = mapped, .kind = flat}, Merge_Rule::all},
@@ -120,7 +124,6 @@ inline constexpr Row<Merge_Rule> merge_rules[] = {
     {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = clipped}, Merge_Rule::all},
 };
 
-// What becomes of the alpha of an ordinary and of a contrast pixel in direct colour.
 inline constexpr Alpha_Rule store = Alpha_Rule::store;
 inline constexpr Alpha_Rule blend = Alpha_Rule::blend;
 inline constexpr Alpha_Rule by_alpha = Alpha_Rule::by_alpha;
@@ -173,23 +176,30 @@ inline constexpr Row<Row_Rule> row_rules[] = {
 // call elsewhere. Which order and which tests differs from routine to routine.
 enum class Step : std::uint8_t {
   none,
-  alpha_bit,     // blending asked for: the blending variant, same layer and kind
-  blend_filled,  // the same, past that variant's edge test
-  edge_bit,      // edges asked for: the strip is drawn as lines
-  standard,      // a pattern that is not handled here: the framework's general routine
-  ready,         // no image, or fewer than two points: nothing
-  depth,         // depth test off: the variant without depth, same layer and kind
-  merge,         // merge control on: the blending variant
-  merge_opaque,  // the same, with the colour made opaque
-  mask           // a mask in force: the masked routine of the same layer
+  alpha_bit,      // blending asked for: the blending variant, same layer and kind
+  blend_filled,   // the same, past that variant's edge test
+  edge_bit,       // edges asked for: the strip is drawn as lines
+  standard_face,  // a pattern that is not handled here: the framework's general routine
+  nothing,        // no image, or fewer than two points
+  no_depth,       // depth test off: the variant without depth, same layer and kind
+  merge,          // merge control on: the blending variant
+  merge_opaque,   // the same, with the colour made opaque
+  mask            // a mask in force: the masked routine of the same layer
 };
 
 struct Chain {
-  std::array<Step, 6> steps{};
+  static constexpr std::size_t longest = 6;
+  std::array<Step, longest> steps{};
 
   constexpr Chain(std::initializer_list<Step> list) {
     std::size_t at = 0;
     for (Step step : list) steps[at++] = step;
+  }
+  constexpr bool has(Step wanted) const {
+    for (Step step : steps) {
+      if (step == wanted) return true;
+    }
+    return false;
   }
 };
 
@@ -218,47 +228,47 @@ inline constexpr Any<Kind> shaded = {colorized, gouraud};
 inline constexpr Any<Kind> all_kinds = {flat, colorized, gouraud};
 
 inline constexpr Chain_Row chains[] = {
-    {float_any, all_kinds, mapped, {standard, ready}},
-    {float_any, all_kinds, mapped_z, {standard, ready, depth}},
+    {float_any, all_kinds, mapped, {standard_face, nothing}},
+    {float_any, all_kinds, mapped_z, {standard_face, nothing, no_depth}},
     {float_any, flat, direct_variants, {}},
-    {float_any, colorized, rgb, {alpha_bit, standard, ready}},
-    {float_any, gouraud, rgb, {standard, ready}},  // no test of the alpha bit, unlike colorized
-    {float_any, shaded, rgb_alpha, {standard, ready}},
-    {float_any, shaded, {rgb_z, rgb_alpha_z}, {standard, ready, depth}},
+    {float_any, colorized, rgb, {alpha_bit, standard_face, nothing}},
+    {float_any, gouraud, rgb, {standard_face, nothing}},  // no test of the alpha bit, unlike colorized
+    {float_any, shaded, rgb_alpha, {standard_face, nothing}},
+    {float_any, shaded, {rgb_z, rgb_alpha_z}, {standard_face, nothing, no_depth}},
 
     // Inside points: neither image nor count is looked at.
-    {float_inside, all_kinds, mapped, {standard}},
-    {float_inside, {flat, gouraud}, mapped_z, {standard}},  // the inner layer tests depth
-    {float_inside, colorized, mapped_z, {standard, depth}},
+    {float_inside, all_kinds, mapped, {standard_face}},
+    {float_inside, {flat, gouraud}, mapped_z, {standard_face}},  // the inner layer tests depth
+    {float_inside, colorized, mapped_z, {standard_face, no_depth}},
     {float_inside, flat, {rgb, rgb_z}, {alpha_bit}},
     {float_inside, flat, {rgb_alpha, rgb_alpha_z}, {}},
-    {float_inside, shaded, rgb, {alpha_bit, standard}},
-    {float_inside, shaded, rgb_z, {alpha_bit, standard, depth}},
-    {float_inside, shaded, rgb_alpha, {standard}},
-    {float_inside, shaded, rgb_alpha_z, {standard, depth}},
+    {float_inside, shaded, rgb, {alpha_bit, standard_face}},
+    {float_inside, shaded, rgb_z, {alpha_bit, standard_face, no_depth}},
+    {float_inside, shaded, rgb_alpha, {standard_face}},
+    {float_inside, shaded, rgb_alpha_z, {standard_face, no_depth}},
 
-    {int_any, all_kinds, mapped, {standard, ready, mask}},
-    {int_any, all_kinds, mapped_z, {standard, ready, depth, mask}},
+    {int_any, all_kinds, mapped, {standard_face, nothing, mask}},
+    {int_any, all_kinds, mapped_z, {standard_face, nothing, no_depth, mask}},
     {int_any, flat, rgb, {merge_opaque}},
     {int_any, flat, {rgb_z, rgb_alpha, rgb_alpha_z}, {}},
-    {int_any, colorized, rgb, {alpha_bit, standard, ready, mask}},
-    {int_any, gouraud, rgb, {standard, ready, mask}},
-    {int_any, shaded, rgb_z, {edge_bit, alpha_bit, standard, ready, depth, mask}},
-    {int_any, shaded, rgb_alpha, {standard, ready, mask}},
-    {int_any, shaded, rgb_alpha_z, {edge_bit, standard, ready, depth}},  // never masked
+    {int_any, colorized, rgb, {alpha_bit, standard_face, nothing, mask}},
+    {int_any, gouraud, rgb, {standard_face, nothing, mask}},
+    {int_any, shaded, rgb_z, {edge_bit, alpha_bit, standard_face, nothing, no_depth, mask}},
+    {int_any, shaded, rgb_alpha, {standard_face, nothing, mask}},
+    {int_any, shaded, rgb_alpha_z, {edge_bit, standard_face, nothing, no_depth}},  // never masked
 
-    {int_inside, all_kinds, mapped, {standard, mask}},
-    {int_inside, all_kinds, mapped_z, {standard, depth, mask}},
+    {int_inside, all_kinds, mapped, {standard_face, mask}},
+    {int_inside, all_kinds, mapped_z, {standard_face, no_depth, mask}},
     {int_inside, flat, rgb, {alpha_bit, merge_opaque}},
     {int_inside, flat, rgb_z, {alpha_bit}},
     {int_inside, flat, {rgb_alpha, rgb_alpha_z}, {}},
-    {int_inside, colorized, rgb, {alpha_bit, standard, merge, mask}},
-    {int_inside, gouraud, rgb, {alpha_bit, standard, mask}},
+    {int_inside, colorized, rgb, {alpha_bit, standard_face, merge, mask}},
+    {int_inside, gouraud, rgb, {alpha_bit, standard_face, mask}},
     // With both bits set a colorized call blends and a Gouraud call draws edges.
-    {int_inside, colorized, rgb_z, {blend_filled, edge_bit, standard, depth, mask}},
-    {int_inside, gouraud, rgb_z, {edge_bit, alpha_bit, standard, depth, mask}},
-    {int_inside, shaded, rgb_alpha, {standard, mask}},
-    {int_inside, shaded, rgb_alpha_z, {edge_bit, standard, depth}},
+    {int_inside, colorized, rgb_z, {blend_filled, edge_bit, standard_face, no_depth, mask}},
+    {int_inside, gouraud, rgb_z, {edge_bit, alpha_bit, standard_face, no_depth, mask}},
+    {int_inside, shaded, rgb_alpha, {standard_face, mask}},
+    {int_inside, shaded, rgb_alpha_z, {edge_bit, standard_face, no_depth}},
 };
 
 }  // namespace rules

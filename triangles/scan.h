@@ -8,7 +8,9 @@
 
 namespace zbuffer {
 
-/// The rectangle, in device coordinates, within which the fixed-point arithmetic cannot overflow.
+/// The rectangle, in device coordinates, within which the fixed-point arithmetic cannot overflow:
+/// no difference of two coordinates in it reaches 2^15. It is held against device coordinates
+/// although edges run in buffer coordinates; windows begin near the origin.
 inline constexpr KT_Int_Rectangle safe_rectangle{-4000, 28760, -4000, 28760};
 
 namespace scan_detail {
@@ -44,9 +46,11 @@ void with_gate(const Software_Z_Buffer& renderer, Draw draw) {
 }
 
 template <Member member>
-auto scan_limits(const Software_Z_Buffer& renderer) {
-  if constexpr (the_rule(rules::row_rules, member) == Row_Rule::guarded) {
-    return Row_Guard(renderer.window_extent.y);
+auto limits_for(const Strip& strip) {
+  if constexpr (member.road == Road::clipped) {
+    return Hard_Clip(strip.display_context().hard_clip, strip.renderer.device_origin);
+  } else if constexpr (the_rule(rules::row_rules, member) == Row_Rule::guarded) {
+    return Row_Guard(strip.renderer.window_extent.y);
   } else {
     return Trusted{};
   }
@@ -59,6 +63,22 @@ bool merging(const Strip& strip) {
   } else {
     return merge_on(strip.renderer, strip.rendition);
   }
+}
+
+/// Calls `draw(drawer)` with the drawer for this call: everything that the call decides becomes a
+/// type here.
+template <Variant variant, Kind kind, Road road, Masking masking, class Draw>
+void with_drawer(const Strip& strip, Draw draw) {
+  with_cover<masking>(strip, [&](const auto& cover, auto filling) {
+    constexpr Member member{variant, kind, road, masking, decltype(filling)::value};
+    const Call_Context context(strip, merging<member>(strip));
+    const auto limits = limits_for<member>(strip);
+    with_gate<member>(strip.renderer, [&](auto gate) {
+      using Cover = std::decay_t<decltype(cover)>;
+      draw(Drawer<member, std::decay_t<decltype(limits)>, Cover, decltype(gate)>(context, limits,
+                                                                                 cover));
+    });
+  });
 }
 
 inline bool has_height(const KT_DCI_Point* points) {
@@ -121,27 +141,20 @@ void scan(const Strip& strip) {
     if (first.alpha == 0 && strip.single_color) return;
     if (merge_on(strip.renderer, strip.rendition)) first.alpha = 255;  // later colours keep theirs
   }
-  with_cover<masking>(strip, [&](const auto& cover, auto filling) {
-    constexpr Member member{variant, kind, Road::scan, masking, decltype(filling)::value};
-    const Call_Context context(strip, merging<member>(strip));
-    const auto limits = scan_limits<member>(strip.renderer);
-    with_gate<member>(strip.renderer, [&](auto gate) {
-      const Drawer<member, decltype(limits), std::decay_t<decltype(cover)>, decltype(gate)> drawer(
-          context, limits, cover);
-      if constexpr (kind == Kind::flat) {
-        scan_flat(drawer, strip);
-      } else if constexpr (kind == Kind::gouraud) {
-        scan_gouraud<variant, masking>(drawer, strip);
-      } else if constexpr (is_mapped(variant)) {
-        scan_dithered(drawer, strip);
-      } else {
-        scan_colorized(drawer, strip, first);
-      }
-    });
+  with_drawer<variant, kind, Road::scan, masking>(strip, [&](const auto& drawer) {
+    if constexpr (kind == Kind::flat) {
+      scan_flat(drawer, strip);
+    } else if constexpr (kind == Kind::gouraud) {
+      scan_gouraud<variant, masking>(drawer, strip);
+    } else if constexpr (is_mapped(variant)) {
+      scan_dithered(drawer, strip);
+    } else {
+      scan_colorized(drawer, strip, first);
+    }
   });
 }
 
-/// Draws the strip's first triangle, cut by the hard clip. A triangle that reaches beyond the safe
+/// Draws a strip of one triangle, cut by the hard clip. A triangle that reaches beyond the safe
 /// rectangle is first cut to a strip inside it.
 template <Variant variant, Kind kind, Masking masking>
 void draw_clipped_triangle(const Strip& strip) {
@@ -155,27 +168,20 @@ void draw_clipped_triangle(const Strip& strip) {
     list.clip(strip.rendition, strip.points, kind == Kind::gouraud ? strip.colors : nullptr,
               safe_rectangle);
   }
-  with_cover<masking>(strip, [&](const auto& cover, auto filling) {
-    constexpr Member member{variant, kind, Road::clipped, masking, decltype(filling)::value};
-    const Call_Context context(strip, merging<member>(strip));
-    const Hard_Clip limits(strip.context().hard_clip, strip.renderer.device_origin);
-    with_gate<member>(strip.renderer, [&](auto gate) {
-      const Drawer<member, Hard_Clip, std::decay_t<decltype(cover)>, decltype(gate)> drawer(
-          context, limits, cover);
-      for (int i = 0; i + 2 < list.count; ++i) {
-        const KT_DCI_Point* points = list.points + i;
-        if constexpr (kind == Kind::flat) {
-          drawer.flat(points);
-        } else if constexpr (kind == Kind::gouraud) {
-          drawer.gouraud(points, list.colors + i);
-        } else if constexpr (is_mapped(variant)) {
-          drawer.dithered_by_pixel(points, Rounded_Dither_Source(Cube(strip.renderer.color_cube),
-                                                                 strip.colors[0]));
-        } else {
-          drawer.colorized(points, strip.colors[0]);
-        }
+  with_drawer<variant, kind, Road::clipped, masking>(strip, [&](const auto& drawer) {
+    for (int i = 0; i + 2 < list.count; ++i) {
+      const KT_DCI_Point* points = list.points + i;
+      if constexpr (kind == Kind::flat) {
+        drawer.flat(points);
+      } else if constexpr (kind == Kind::gouraud) {
+        drawer.gouraud(points, list.colors + i);
+      } else if constexpr (is_mapped(variant)) {
+        drawer.dithered_by_pixel(
+            points, Rounded_Dither_Source(Cube(strip.renderer.color_cube), strip.colors[0]));
+      } else {
+        drawer.colorized(points, strip.colors[0]);
       }
-    });
+    }
   });
 }
 

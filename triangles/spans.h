@@ -37,7 +37,6 @@ struct Pen {
   Stepped z;
   Source source;
 
-  /// Draws `count` ordinary pixels.
   void ordinary(std::int32_t count) {
     if constexpr (!Gate::tests && Paint::Source::constant) {
       paint.store.run(to, count, source);
@@ -114,7 +113,7 @@ struct Pen {
     for (std::int32_t i = 0; i < count; ++i) {
       bool pass = true;
       if constexpr (Gate::tests) {
-        const auto d = static_cast<std::uint16_t>(running_z.value >> Depth::fraction_bits);
+        const std::uint16_t d = Depth::stored(running_z.value);
         const std::uint16_t stored = depths[i];
         pass = Gate::passes(d, stored);
         depths[i] = Gate::written(pass, d, stored);
@@ -133,10 +132,7 @@ struct Pen {
 
   bool passes() {
     if constexpr (Gate::tests) {
-      const auto d = static_cast<std::uint16_t>(z.value >> Depth::fraction_bits);
-      const bool pass = Gate::passes(d, *depth);
-      *depth = Gate::written(pass, d, *depth);
-      return pass;
+      return Gate::try_pass(depth, z.value);
     } else {
       return true;
     }
@@ -175,7 +171,7 @@ class Span {
                          paint_.source.begin(start, y, Paint_View(left), Paint_View(right))};
     if constexpr (Gate::tests) {
       pen.depth = frame_.depth(y, run.x);
-      pen.z = start.between<Depth>(left[1], right[1]);
+      pen.z = start.between<Depth>(depth_of(left), depth_of(right));
     }
     if constexpr (Cover::solid) {
       pen.ordinary(run.count);
@@ -199,7 +195,7 @@ class Span {
   }
 
   // One or two pixels without a division: the left edge's values, and for the second pixel the
-  // mean of both edges. The second pixel comes first.
+  // mean of both edges. Only solid fillings come here, so that no pixel takes a contrast colour.
   template <class Run>
   void draw_short(std::int32_t y, const Run& run, const Edge<Kinds>& left,
                   const Edge<Kinds>& right) {
@@ -208,19 +204,19 @@ class Span {
     if constexpr (!Cover::solid) visible = cover_.begin(run.x, y).next(run.count).ordinary;
     const Paint_View from(left);
     if (visible & 2) {
-      const Word z = (depth_lane(right) >> 1) + (depth_lane(left) >> 1);
+      const Word z = (depth_of(right) >> 1) + (depth_of(left) >> 1);
       plot(y, run.x + 1, z, [&] {
         return paint_.source.at_mean(from, Paint_View(right), y, to + 1);
       });
     }
     if (visible & 1) {
-      plot(y, run.x, depth_lane(left), [&] { return paint_.source.at_left(from, y, to); });
+      plot(y, run.x, depth_of(left), [&] { return paint_.source.at_left(from, y, to); });
     }
   }
 
-  static Word depth_lane(const Edge<Kinds>& edge) {
+  static Word depth_of(const Edge<Kinds>& edge) {
     if constexpr (Gate::tests) {
-      return edge[1];
+      return edge[depth_lane];
     } else {
       return 0;
     }
@@ -229,11 +225,7 @@ class Span {
   template <class Value>
   void plot(std::int32_t y, std::int32_t x, Word z, Value value) {
     if constexpr (Gate::tests) {
-      const auto d = static_cast<std::uint16_t>(z >> Depth::fraction_bits);
-      std::uint16_t* const depth = frame_.depth(y, x);
-      const bool pass = Gate::passes(d, *depth);
-      *depth = Gate::written(pass, d, *depth);
-      if (!pass) return;
+      if (!Gate::try_pass(frame_.depth(y, x), z)) return;
     }
     Pixel* const to = frame_.color<Pixel>(y, x);
     *to = paint_.store(*to, value());

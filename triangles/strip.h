@@ -19,7 +19,7 @@ struct Strip_Of {
 
   const KT_Face_Attributes& face() const { return *rendition->face_attributes; }
   const KT_Material& material() const { return *rendition->material; }
-  const KT_Display_Context& context() const { return *rendition->display_context; }
+  const KT_Display_Context& display_context() const { return *rendition->display_context; }
   std::uint32_t advanced_bits() const { return rendition->misc_attributes->advanced_options.bits; }
 
   /// The same call with other points.

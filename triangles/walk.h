@@ -1,8 +1,8 @@
 // The walk: a triangle of whole-pixel corners becomes rows of spans. Every triangle of the
 // renderer goes through here.
 //
-// Buffer coordinates, y up. `top` is the corner of the lowest y: the walk goes from it to
-// `bottom`, the corner of the highest y.
+// Buffer coordinates, y up. The corners are named in the order of the walk: `top` is where it
+// begins, at the lowest y, and `bottom` where it ends, at the highest.
 //
 //        bottom               rows    top.y .. bottom.y - 1: the highest row is not drawn
 //          /|                 columns left .. right - 1, left and right being the whole parts of
@@ -115,13 +115,13 @@ void walk_triangle(const Sorted<Kinds>& corners, const Limits& limits, Span& spa
   Edge<Kinds> long_edge(top, bottom);
   long_edge.move(all.first - top.y);
 
-  // Upper part: the steps say which edge is right; with equal steps the short one is left.
+  // From `top` to `mid`: the steps say which edge is right; with equal steps the short one is left.
   if (const Row_Range rows = limits.rows(top.y, mid.y); rows.count > 0) {
     Edge<Kinds> short_edge(top, mid);
     short_edge.move(rows.first - top.y);
     walk_rows(rows, long_edge, short_edge, short_edge.x_step() > long_edge.x_step(), limits, span);
   }
-  // Lower part: the positions do, and the short edge is right where they are equal. The long
+  // From `mid` to `bottom`: the positions do, and the short edge is right where they are equal. The long
   // edge goes on from where the upper part left it.
   if (const Row_Range rows = limits.rows(mid.y, bottom.y); rows.count > 0) {
     Edge<Kinds> short_edge(mid, bottom);

@@ -1,0 +1,569 @@
+// Reference model of the polyline actions: the road of a call, the pixels that a segment covers,
+// and what is done at each of them. A pixel of a segment is known by its place and by its
+// distance from the segment's first point along the major axis.
+#include "fuzz/model_lines.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "fuzz/model_small.h"
+
+namespace model {
+namespace {
+
+using Points = std::vector<KT_DCI_Point>;
+
+struct Step {
+  int x, y, distance;
+};
+
+struct Segment {
+  KT_DCI_Point p, q;
+  KT_RGB32 p_color, q_color;
+  int dx() const { return q.x - p.x; }
+  int dy() const { return q.y - p.y; }
+  int major() const { return std::max(std::abs(dx()), std::abs(dy())); }
+  Step step_at(int x, int y) const {
+    return {x, y, std::abs(dx()) > std::abs(dy()) ? std::abs(x - p.x) : std::abs(y - p.y)};
+  }
+};
+
+int whole(std::uint32_t position) {
+  return static_cast<std::int16_t>(position >> 16);
+}
+
+/// Half a step, with the rounding of the quadrant, from where the runs of a row are measured.
+std::uint32_t run_start(const Segment& s, int step) {
+  const auto x = static_cast<std::uint32_t>(s.p.x) << 16;
+  const auto half = [](int value) { return static_cast<std::uint32_t>(value >> 1); };
+  if (s.dx() < 0) return s.dy() > 0 ? x + half(step + 1) : x - 1 + half(step + 1);
+  return s.dy() > 0 ? (x | 0xFFFF) + half(step) : x + 0x10000 + half(step);
+}
+
+/// The pixels of a segment in order, its far end left out.
+std::vector<Step> steps_of(const Segment& s) {
+  std::vector<Step> steps;
+  const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
+  const int sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
+  const auto put = [&](int x, int y) { steps.push_back(s.step_at(x, y)); };
+  const int step = line_step(dx, ady);
+  const auto wrapped = static_cast<std::uint32_t>(step);
+  if (dy == 0 || dx == 0 || adx == ady) {
+    for (int i = 0; i < s.major(); ++i)
+      put(s.p.x + (dx == 0 ? 0 : i * sx), s.p.y + (dy == 0 ? 0 : i * sy));
+  } else if (ady > adx) {
+    std::uint32_t position = static_cast<std::uint32_t>(s.p.x) << 16 | 0x8000;
+    if (dx < 0 && dy < 0) position -= (wrapped * static_cast<std::uint32_t>(ady)) & 0xFFFF;
+    for (int i = 0; i < ady; ++i, position += wrapped) put(whole(position), s.p.y + i * sy);
+  } else {
+    std::uint32_t position = run_start(s, step);
+    int x = s.p.x, y = s.p.y;
+    for (int row = 0; row < ady; ++row, y += sy, position += wrapped)
+      for (; (whole(position) - x) * sx > 0; x += sx) put(x, y);
+    for (; (s.q.x - x) * sx > 0; x += sx) put(x, y);
+  }
+  return steps;
+}
+
+/// Row at which a segment meets the right or the left side of the clip.
+int row_at_side(const Segment& s, const KT_Int_Rectangle& r, bool right) {
+  const int x0 = s.p.x, y0 = s.p.y, dx = s.dx(), dy = s.dy(), adx = std::abs(dx);
+  const int side = right ? r.right : r.left, step = line_step(dx, std::abs(dy));
+  const int away = dx > 0 ? side - x0 : x0 - side;
+  const auto shifted = static_cast<std::uint32_t>(away) << 16;
+  const auto U = [&](int term) {
+    const auto divisor = static_cast<std::uint32_t>(std::abs(step));
+    return static_cast<int>((shifted + static_cast<std::uint32_t>(term >> 1)) / divisor);
+  };
+  const auto S = [&](int term) {
+    return static_cast<int>(shifted + static_cast<std::uint32_t>(term)) / step;
+  };
+  int row;
+  if (adx > std::abs(dy))
+    row = dx > 0 ? (dy > 0 ? y0 + U(step + 1) : y0 - U(step - 1))
+                 : (dy > 0 ? y0 + U(1 - step) : y0 - U(-1 - step));
+  else if (adx == std::abs(dy))
+    row = dy > 0 ? y0 + away : y0 - away;
+  else if (dx > 0 && dy > 0)
+    row = right ? y0 + S(0x7FFF) : y0 + 1 + S(-0x8001);
+  else if (dx > 0)
+    row = right ? y0 - S(0x7FFF) : y0 - 1 - S(-0x8001);
+  else if (dy > 0)
+    row = right ? y0 + 1 - S(-0x8000) : y0 - S(0x8000);
+  else
+    row = right ? y0 - 1 + S(-0x8000) : y0 + S(0x8000);
+  const bool from_below = right == ((dx > 0) == (dy > 0));
+  return from_below ? std::min(r.top, row) : std::max(r.bottom, row);
+}
+
+/// The visible pixels of a segment that starts or ends outside; the codes are those of its ends.
+std::vector<Step> clipped_steps_of(const Segment& s, int c0, int c1, const KT_Int_Rectangle& r) {
+  std::vector<Step> steps;
+  const int x0 = s.p.x, y0 = s.p.y, x1 = s.q.x, y1 = s.q.y;
+  const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
+  const auto put = [&](int x, int y) { steps.push_back(s.step_at(x, y)); };
+  if (dy == 0) {
+    const int from = x0 < x1 ? x0 : x1 + 1, to = x0 < x1 ? x1 - 1 : x0;
+    for (int x = std::max(from, r.left); x <= std::min(to, r.right); ++x) put(x, y0);
+    return steps;
+  }
+  if (dx == 0) {
+    const int from = y0 < y1 ? y0 : y1 + 1, to = y0 < y1 ? y1 - 1 : y0;
+    for (int y = std::max(from, r.bottom); y <= std::min(to, r.top); ++y) put(x0, y);
+    return steps;
+  }
+  const auto row_of = [&](int code, int y) {
+    if (code == 0) return y;
+    if ((code & 1) != 0) return row_at_side(s, r, false);
+    if ((code & 4) != 0) return row_at_side(s, r, true);
+    return code == 8 ? r.bottom : r.top;
+  };
+  const int ys = row_of(c0, y0), ye = row_of(c1, y1);
+  if (((c1 & 2) != 0 && ys > r.top) || ((c1 & 8) != 0 && ys < r.bottom) ||
+      ((c0 & 2) != 0 && ye > r.top) || ((c0 & 8) != 0 && ye < r.bottom))
+    return steps;
+  const int sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1, k = std::abs(ys - y0);
+  const int rows = (ye - ys) * sy;
+  const int step = line_step(dx, ady);
+  const auto wrapped = static_cast<std::uint32_t>(step);
+  const auto base = static_cast<std::uint32_t>(x0) << 16;
+  if (adx <= ady) {
+    std::uint32_t position = (base | 0x8000) + static_cast<std::uint32_t>(k) * wrapped;
+    for (int i = 0; i < rows + (c1 != 0); ++i, position += wrapped)
+      put(adx == ady ? x0 + (k + i) * sx : whole(position), ys + i * sy);
+    return steps;
+  }
+  std::uint32_t position = run_start(s, step);
+  int x = x0;
+  if (c0 != 0) {
+    const auto half = [](int value) { return static_cast<std::uint32_t>(value >> 1); };
+    position = dx > 0 ? (dy > 0 ? (base | 0xFFFF) + half(-step) : base + 0x10000 + half(-step))
+                      : (dy > 0 ? base - half(step) : base - 1 - half(step));
+    position += static_cast<std::uint32_t>(k) * wrapped;
+    x = dx > 0 ? std::max(whole(position), r.left) : std::min(whole(position), r.right);
+    position += wrapped;
+  }
+  int y = ys;
+  for (int row = 0; row < rows; ++row, y += sy, position += wrapped)
+    for (; (whole(position) - x) * sx > 0; x += sx) put(x, y);
+  const int limit = c1 == 0  ? x1
+                    : dx > 0 ? std::min(whole(position), r.right + 1)
+                             : std::max(whole(position), r.left - 1);
+  for (; (limit - x) * sx > 0; x += sx) put(x, y);
+  return steps;
+}
+
+int rounded_whole(double v) {
+  return static_cast<int>(v >= 0 ? v + 0.5 : v - 0.49999999999);
+}
+
+/// Cuts a segment to -4000 to 28760 in x and y; false when nothing is left.
+bool clip_to_range(Segment& s, bool with_z, bool with_colors) {
+  const Segment whole_one = s;
+  const auto& [p, q, p_color, q_color] = whole_one;
+  const double dx = static_cast<double>(q.x) - p.x, dy = static_cast<double>(q.y) - p.y;
+  const double dz = static_cast<double>(q.z) - p.z;
+  double t0 = 0, t1 = 1;
+  int c0 = 0, c1 = 0;
+  const auto crossing = [](int limit, int from, double d) {
+    return static_cast<double>(static_cast<float>(limit) - static_cast<float>(from)) / d;
+  };
+  const auto start = [&](double t, int side) {
+    if (t > t0) t0 = t, c0 = side;
+  };
+  const auto end = [&](double t, int side) {
+    if (t1 > t) t1 = t, c1 = side;
+  };
+  if (p.x < -4000) start(crossing(-4000, p.x, dx), 1);
+  if (p.x >= 28761) start(crossing(28760, p.x, dx), 4);
+  if (p.y < -4000) start(crossing(-4000, p.y, dy), 8);
+  if (p.y >= 28761) start(crossing(28760, p.y, dy), 2);
+  if (t0 > 1) return false;
+  if (q.x < -4000) end(crossing(-4000, p.x, dx), 1);
+  if (q.x >= 28761) end(crossing(28760, p.x, dx), 4);
+  if (q.y < -4000) end(crossing(-4000, p.y, dy), 8);
+  if (q.y >= 28761) end(crossing(28760, p.y, dy), 2);
+  if (t0 > t1) return false;
+  const auto move = [&](KT_DCI_Point& point, KT_RGB32& color, double t, int side) {
+    point.x = std::clamp(p.x + rounded_whole(dx * t), -4000, 28760);
+    point.y = std::clamp(p.y + rounded_whole(dy * t), -4000, 28760);
+    if (side == 1) point.x = -4000;
+    if (side == 4) point.x = 28760;
+    if (side == 8) point.y = -4000;
+    if (side == 2) point.y = 28760;
+    point.z = with_z ? rounded_whole(p.z + dz * t) : 0;
+    if (!with_colors) return;
+    const auto mix = [t](int a, int b) {
+      return static_cast<std::uint8_t>(rounded_whole(a + (b - a) * t));
+    };
+    color = {mix(p_color.blue, q_color.blue), mix(p_color.green, q_color.green),
+             mix(p_color.red, q_color.red), color.alpha};
+  };
+  if (t0 > 0) move(s.p, s.p_color, t0, c0);
+  if (t1 < 1) move(s.q, s.q_color, t1, c1);
+  return true;
+}
+
+/// Which routine is at work.
+struct Routine {
+  Variant variant{};
+  Kind kind{};
+  bool masked = false;
+  bool reads_settings = false;  ///< of the depth test; else nearer or equal passes and is written
+  bool blends = false, merges = false;
+};
+
+/// What a pixel is drawn in.
+struct Ink {
+  KT_RGB32 color;
+  int scaled[3] = {};  ///< of a shaded mapped pixel, 16 fraction bits of cube position
+};
+
+class Drawer {
+ public:
+  Drawer(State& state, const KT_Rendition& rendition, std::vector<General_Line>& calls)
+      : state_(state), rendition_(rendition), r_(*rendition.get()), calls_(calls) {}
+
+  void draw_2di(Variant v, const Line& line) {
+    if (line.points.size() < 2) return;
+    const bool flat = line.kind == Kind::flat, gouraud = line.kind == Kind::gouraud;
+    const bool direct = flat && !is_mapped(v);
+    if (direct && outlined(v, line, false)) return;
+    if (thin_only(line, false)) return;
+    const bool masks = masked() && v != Variant::mapped_z && (v != Variant::mapped || flat) &&
+                       !(has_depth(v) && line.kind == Kind::colorized);
+    if (has_depth(v) && !depth_enabled() && !(masks && gouraud))
+      return draw_2di(without_depth(v), line);
+    if (direct && !has_depth(v) && antialias_bit() && (!masks || v == Variant::rgb_alpha))
+      return draw_antialiased_line(state_, rendition_, line.points);
+    if (direct && has_depth(v) && masks) return run_logic(v, colored(line), true);
+    run_logic(v, line, masks);
+  }
+
+  void draw_dci(Variant v, const Line& line) {
+    if (line.points.size() < 2) return;
+    if (line.kind == Kind::flat && !is_mapped(v)) {
+      if (outlined(v, line, true)) return;
+      return masked() ? draw_dci_masked(v, colored(line)) : draw_dci(v, colored(line));
+    }
+    if (has_depth(v) && !depth_enabled()) return draw_dci(without_depth(v), line);
+    if (thin_only(line, true)) return;
+    const bool maskless = v == Variant::mapped && line.kind == Kind::colorized;
+    if (masked() && !maskless) return draw_dci_masked(v, line);
+    if (merging_or_antialiased(v, line, false)) return;
+    const bool reads = v != Variant::mapped_z && line.kind != Kind::gouraud;
+    walk({v, line.kind, false, reads, has_alpha(v), merges_plain(v, line)}, line);
+  }
+
+ private:
+  bool masked() const { return static_cast<bool>(state_.mask); }
+  bool depth_enabled() const { return r_.display_context->depth_enabled != 0; }
+  bool antialias_bit() const { return (r_.misc_attributes->advanced_options.bits & 2) != 0; }
+  KT_RGB32 color(const Line& line, std::size_t segment) const {
+    if (line.colors.empty()) return r_.material->color;
+    return line.colors[line.single_color ? 0 : segment];
+  }
+  bool merges_plain(Variant v, const Line& line) const {
+    return line.kind == Kind::flat && v == Variant::mapped && merge_on(state_, rendition_);
+  }
+  Line colored(const Line& line) const {
+    return {Kind::colorized, line.points, {r_.material->color}, true};
+  }
+
+  /// Hands wide and patterned lines over.
+  bool thin_only(const Line& line, bool device) {
+    const KT_Line_Attributes& a = *r_.line_attributes;
+    if (a.line_pattern == 0 && a.line_weight <= 1) return false;
+    calls_.push_back({device, line, look_of(rendition_)});
+    return true;
+  }
+
+  bool outlined(Variant v, const Line& line, bool device) {
+    KT_Material_Object& record = *r_.material->basic_material;
+    const int count = static_cast<int>(line.points.size());
+    if (record.classify_points(count, line.points.data()).kind != 7) return false;
+    KT_Rendition t = rendition_;
+    auto& attributes = t.edit(&KT_Rendition_Data::line_attributes);
+    auto& face = t.edit(&KT_Rendition_Data::face_attributes);
+    auto& material = t.edit(&KT_Rendition_Data::material);
+    auto& misc = t.edit(&KT_Rendition_Data::misc_attributes);
+    const int weight = r_.line_attributes->line_weight;
+    const KT_RGB32 outline_color = record.outline_color, core_color = record.core_color;
+    material.textured_material = material.basic_material = KT_Basic_Textured_Material();
+    attributes.line_corner_style = attributes.line_end_style_a = attributes.line_end_style_b = 2;
+    attributes.line_flag_a = attributes.line_flag_b = 1;
+    attributes.line_weight = weight < 2 ? record.outline_width * 2 + 2 : weight + 5;
+    face.face_pattern = 64;
+    material.color = outline_color;
+    if (outline_color.alpha < 255) misc.advanced_options.bits |= 8;
+    again(v, t, device, line);
+    attributes.line_weight = weight;
+    const KT_RGB32 own = r_.material->color, contrast = r_.material->contrast_color;
+    material.color = own;
+    misc.advanced_options.bits &= 0x7F7;
+    if (weight > 1) {
+      attributes.line_weight = weight + 1;
+      if (r_.face_attributes->face_pattern != 24) {
+        material.color = core_color;
+      } else {
+        material.contrast_color = blend(own, contrast, false);
+        face.face_pattern = 24;
+        misc.pattern_options = 1;
+        face.face_depth_offset = r_.face_attributes->face_depth_offset - 4;
+      }
+    }
+    again(v, t, device, line);
+    return true;
+  }
+  void again(Variant v, const KT_Rendition& rendition, bool device, const Line& line) {
+    Drawer pass(state_, rendition, calls_);
+    device ? pass.draw_dci(v, line) : pass.draw_2di(v, line);
+  }
+
+  /// Runs of points inside, and segments that leave the clip.
+  void run_logic(Variant v, const Line& line, bool masks) {
+    const auto draw_run = [&](const Line& run) {
+      masks ? draw_dci_masked(v, run) : draw_dci(v, run);
+    };
+    const KT_Int_Rectangle& hard = r_.display_context->hard_clip;
+    const Points& points = line.points;
+    const bool gouraud = line.kind == Kind::gouraud, colorized = line.kind == Kind::colorized;
+    std::vector<short> codes(points.size() + 2);
+    const int count = static_cast<int>(points.size());
+    const int inside = KD_Clip(hard, count, points.data(), codes.data());
+    if (inside == count) return draw_run(line);
+    if (inside == 0) return;
+    codes[points.size()] = 4096;
+    if (codes[points.size() - 1] == 0 && codes[points.size() - 2] != 0) {
+      const KT_RGB32 c = gouraud ? line.colors.back() : color(line, points.size() - 2);
+      draw_dot(state_, v, rendition_, points.back(), line.kind == Kind::flat ? nullptr : &c);
+    }
+    const auto part = [&](std::size_t first, std::size_t last) {
+      Line run{line.kind, {points.begin() + static_cast<long>(first),
+                           points.begin() + static_cast<long>(last) + 1},
+               line.colors, line.single_color};
+      if (gouraud || (colorized && !line.single_color && !line.colors.empty()))
+        run.colors.erase(run.colors.begin(), run.colors.begin() + static_cast<long>(first));
+      return run;
+    };
+    for (std::size_t i = 0;;) {
+      while ((codes[i] & codes[i + 1]) != 0) ++i;
+      if (codes[i + 1] == 4096) return;
+      if (codes[i] != 0 || codes[i + 1] != 0) {
+        const KT_RGB32 c = gouraud ? line.colors[i] : color(line, i);
+        Segment s{points[i], points[i + 1], c, gouraud ? line.colors[i + 1] : c};
+        if (clip_to_range(s, has_depth(v) || gouraud, gouraud)) {
+          const auto code_of = [&](const KT_DCI_Point& p) {
+            return (p.x < hard.left ? 1 : p.x > hard.right ? 4 : 0) |
+                   (p.y > hard.top ? 2 : p.y < hard.bottom ? 8 : 0);
+          };
+          const int c0 = code_of(s.p), c1 = code_of(s.q);
+          const bool always_clips = masks && line.kind == Kind::flat;
+          if ((c0 | c1) == 0 && !always_clips) {
+            Line pair = part(i, i + 1);
+            pair.points = {s.p, s.q};
+            if (gouraud) pair.colors = {s.p_color, s.q_color};
+            draw_run(pair);
+          } else if ((c0 & c1) == 0) {
+            draw_clipped({v, line.kind, masks}, s, clipped_steps_of(s, c0, c1, hard));
+          }
+        }
+        ++i;
+      }
+      if (codes[i] == 0 && codes[i + 1] == 0) {
+        const std::size_t start = i++;
+        while (codes[i + 1] == 0) ++i;
+        draw_run(part(start, i));
+      }
+    }
+  }
+
+  void draw_clipped(Routine routine, const Segment& s, const std::vector<Step>& steps) {
+    const bool flat = routine.kind == Kind::flat;
+    routine.blends = has_alpha(routine.variant);
+    routine.merges = flat && !has_depth(routine.variant) && merge_on(state_, rendition_);
+    routine.reads_settings = !routine.masked && (flat || (routine.kind == Kind::colorized &&
+                                                          routine.variant != Variant::mapped_z));
+    draw_steps(routine, s, steps);
+  }
+
+  void draw_dci_masked(Variant v, const Line& line) {
+    const bool colorized = line.kind == Kind::colorized;
+    // The plain routines of direct colour are the colorized ones.
+    if (line.kind == Kind::flat && !is_mapped(v)) return draw_dci_masked(v, colored(line));
+    if (has_depth(v) && r_.line_attributes->line_weight > 1) {
+      calls_.push_back({true, line, look_of(rendition_)});
+      return;
+    }
+    if (!has_depth(v) && thin_only(line, true)) return;
+    if (merging_or_antialiased(v, line, true)) return;
+    const bool blends = v == Variant::rgb_alpha && colorized;
+    walk({v, line.kind, true, false, blends, merges_plain(v, line)}, line);
+  }
+
+  /// What the colorized routines without depth ask before they walk.
+  bool merging_or_antialiased(Variant v, const Line& line, bool masks) {
+    if (line.kind != Kind::colorized || has_depth(v) || is_mapped(v)) return false;
+    if (merge_on(state_, rendition_)) {
+      walk({v, line.kind, masks, false, false, true}, line);
+      return true;
+    }
+    if (!antialias_bit()) return false;
+    std::vector<KT_RGB32> colors;
+    for (std::size_t j = 0; j + 1 < line.points.size(); ++j) colors.push_back(color(line, j));
+    draw_antialiased_run(state_, rendition_, line.points, colors, true);
+    return true;
+  }
+
+  /// All pixels of a list inside the clip.
+  void walk(const Routine& routine, const Line& line) {
+    const Points& points = line.points;
+    const bool gouraud = line.kind == Kind::gouraud;
+    const bool short_cut = gouraud && routine.variant != Variant::rgb_alpha_z &&
+                           routine.variant != Variant::rgb_z;
+    const auto near = [](int a, int b) { return std::abs(a - b) <= 3; };
+    Segment s;
+    for (std::size_t j = 0; j + 1 < points.size(); ++j) {
+      if (gouraud)
+        s = {points[j], points[j + 1], line.colors[j], line.colors[j + 1]};
+      else
+        s = {points[j], points[j + 1], color(line, j), color(line, j)};
+      const KT_RGB32 a = s.p_color, b = s.q_color;
+      if (short_cut && near(a.blue, b.blue) && near(a.green, b.green) && near(a.red, b.red)) {
+        const bool shared = routine.masked && routine.variant == Variant::rgb_alpha;
+        draw_dci(shared ? Variant::rgb : routine.variant,
+                 {Kind::colorized, {s.p, s.q}, {a}, true});
+      } else {
+        draw_steps(routine, s, steps_of(s));
+      }
+    }
+    draw_final(routine, s);
+  }
+
+  void draw_final(Routine routine, const Segment& s) {
+    const int x = s.q.x - state_.origin.x, y = s.q.y - state_.origin.y;
+    const bool mapped_z = routine.variant == Variant::mapped_z;
+    if (has_depth(routine.variant)) {
+      // With indices the depth runs on, one step past the end.
+      const int past = s.major() == 0 ? 0 : s.major() + 1;
+      const int run_on = depth_at(s, past);
+      auto& stored = state_.depth.at<std::uint16_t>(x, y);
+      if ((mapped_z && routine.kind == Kind::colorized ? run_on : s.q.z) > stored) return;
+      if (routine.masked && hidden(state_, x, y)) return;
+      stored = static_cast<std::uint16_t>(mapped_z && routine.kind != Kind::flat ? run_on : s.q.z);
+      if (routine.kind == Kind::colorized) routine.blends = false;
+    } else if (routine.masked && hidden(state_, x, y)) {
+      return;
+    }
+    store(routine, x, y, ink_at(routine, {s.q, s.q, s.q_color, s.q_color}, 0));
+  }
+
+  void draw_steps(const Routine& routine, const Segment& s, const std::vector<Step>& steps) {
+    for (const Step& step : steps) {
+      const int x = step.x - state_.origin.x, y = step.y - state_.origin.y;
+      if (has_depth(routine.variant)) {
+        const std::uint16_t z = depth_at(s, step.distance);
+        auto& stored = state_.depth.at<std::uint16_t>(x, y);
+        if (!depth_passes(routine.reads_settings ? state_.zbuffer_test : 2, z, stored)) continue;
+        if (routine.masked && hidden(state_, x, y)) continue;
+        if (!routine.reads_settings || state_.zbuffer_write) stored = z;
+      } else if (routine.masked && hidden(state_, x, y)) {
+        continue;
+      }
+      store(routine, x, y, ink_at(routine, s, step.distance));
+    }
+  }
+
+  static std::uint16_t depth_at(const Segment& s, int distance) {
+    const auto step = static_cast<std::uint32_t>(depth_step(s.q.z - s.p.z, s.major()));
+    const std::uint32_t start = static_cast<std::uint32_t>(s.p.z) << 15 | 0x4000;
+    return static_cast<std::uint16_t>((start + static_cast<std::uint32_t>(distance) * step) >> 15);
+  }
+
+  Ink ink_at(const Routine& routine, const Segment& s, int distance) const {
+    if (routine.kind != Kind::gouraud) return {s.p_color, {}};
+    const KT_RGB32 a = s.p_color, b = s.q_color;
+    const auto value = [&](int from, int to) {
+      return static_cast<int>((static_cast<std::uint32_t>(from) << 16 | 0x8000) +
+                              static_cast<std::uint32_t>(distance) *
+                                  static_cast<std::uint32_t>(line_step(to - from, s.major())));
+    };
+    const auto byte = [&](int from, int to) {
+      return static_cast<std::uint8_t>(value(from, to) >> 16);
+    };
+    Ink ink{{byte(a.blue, b.blue), byte(a.green, b.green), byte(a.red, b.red),
+             routine.blends ? byte(a.alpha, b.alpha) : std::uint8_t{255}},
+            {}};
+    const KT_Color_Cube& cube = state_.cube;
+    ink.scaled[0] = value(a.red * cube.red_scale, b.red * cube.red_scale) >> 8;
+    ink.scaled[1] = value(a.green * cube.green_scale, b.green * cube.green_scale) >> 8;
+    ink.scaled[2] = value(a.blue * cube.blue_scale, b.blue * cube.blue_scale) >> 8;
+    return ink;
+  }
+
+  void store(const Routine& routine, int x, int y, const Ink& ink) {
+    if (is_mapped(routine.variant)) {
+      const KT_Color_Cube& cube = state_.cube;
+      const int d = threshold(state_, x, y);
+      const KT_RGB32 c = ink.color;
+      const int scaled[3] = {c.red * cube.red_scale << 8, c.green * cube.green_scale << 8,
+                             c.blue * cube.blue_scale << 8};
+      const std::uint8_t index = routine.kind == Kind::flat
+                                     ? static_cast<std::uint8_t>(r_.material->color_index)
+                                 : routine.kind == Kind::colorized
+                                     ? ordered_index(cube, scaled, d)
+                                     : dithered_index(cube, ink.scaled, d);
+      auto& pixel = state_.color.at<std::uint8_t>(x, y);
+      pixel = routine.merges ? merge_mapped(state_, pixel, index) : index;
+      return;
+    }
+    auto& pixel = state_.color.at<KT_RGB32>(x, y);
+    if (routine.merges)
+      pixel = KT_RGB32::from_word(merge_rgb(state_, pixel.word(), ink.color.word()));
+    else
+      pixel = routine.blends ? blend_256(pixel, ink.color) : ink.color;
+  }
+
+  State& state_;
+  const KT_Rendition& rendition_;
+  const KT_Rendition_Data& r_;
+  std::vector<General_Line>& calls_;
+};
+
+}  // namespace
+
+std::array<std::int64_t, 13> look_of(const KT_Rendition& rendition) {
+  const KT_Line_Attributes& line = *rendition->line_attributes;
+  const KT_Face_Attributes& face = *rendition->face_attributes;
+  const KT_Misc_Attributes& misc = *rendition->misc_attributes;
+  return {line.line_pattern,      line.line_weight,       line.line_end_style_a,
+          line.line_end_style_b,  line.line_corner_style, line.line_flag_a,
+          line.line_flag_b,       face.face_pattern,      face.face_depth_offset,
+          misc.pattern_options,   misc.advanced_options.bits,
+          rendition->material->color.word(),
+          rendition->material->contrast_color.word()};
+}
+
+std::vector<General_Line> draw_line(State& state, const KT_Rendition& rendition, bool device,
+                                    const Line& line) {
+  std::vector<General_Line> calls;
+  Drawer drawer(state, rendition, calls);
+  device ? drawer.draw_dci(state.variant, line) : drawer.draw_2di(state.variant, line);
+  return calls;
+}
+
+std::vector<General_Line> draw_strip_edges(State& state, const KT_Rendition& rendition,
+                                           const Points& points) {
+  std::vector<General_Line> calls;
+  KT_Rendition edges = rendition;
+  edges.edit(&KT_Rendition_Data::misc_attributes).advanced_options.bits &= 0x7DF;
+  Drawer drawer(state, edges, calls);
+  Points even, odd;
+  for (std::size_t i = 0; i < points.size(); ++i) (i % 2 == 0 ? even : odd).push_back(points[i]);
+  drawer.draw_2di(Variant::rgb_z, {Kind::flat, points, {}, false});
+  drawer.draw_2di(Variant::rgb_z, {Kind::flat, even, {}, false});
+  if (points.size() > 3) drawer.draw_2di(Variant::rgb_z, {Kind::flat, odd, {}, false});
+  return calls;
+}
+
+}  // namespace model

@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <limits>
+#include <new>
+#include <random>
+#include <stdexcept>
+
+#include "apps/child_process.h"
+#include "apps/validation.h"
+#include "apps/wire.h"
+#include "tests/apps/shapes.h"
+
+namespace {
+
+using namespace kv;
+using testing::HasSubstr;
+
+constexpr std::byte some_byte{42};
+
+class Child_Process : public testing::Test {
+ protected:
+  // Whatever became of it, no child is left.
+  void TearDown() override {
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+  }
+};
+
+TEST_F(Child_Process, a_long_answer_arrives_whole) {
+  std::vector<std::byte> sent(3'000'000);
+  for (std::size_t i = 0; i < sent.size(); ++i) sent[i] = static_cast<std::byte>(i * 7);
+  const Child_Result result = run_in_child({}, [&](const Child_Send& send) {
+    for (std::size_t i = 0; i < sent.size(); i += 500'000) send(std::span(sent).subspan(i, 500'000));
+  });
+  EXPECT_EQ(result.end, Child_End::answered);
+  EXPECT_EQ(result.answer, sent);
+}
+
+TEST_F(Child_Process, a_crash_leaves_no_answer) {
+  const Child_Result result = run_in_child({}, [](const Child_Send& send) {
+    send(std::span(&some_byte, 1));
+    raise(SIGSEGV);
+  });
+  // A sanitizer may turn the signal into an exit of its own.
+  EXPECT_TRUE(result.end == Child_End::crashed || result.end == Child_End::broke_off);
+  EXPECT_TRUE(result.answer.empty());
+}
+
+TEST_F(Child_Process, every_kind_of_hang_ends) {
+  const Child_Limits limits{0.3, std::size_t{1} << 30, 1000};
+  const std::vector<Child_Job> jobs = {
+      [](const Child_Send&) { sleep(1000); },
+      [](const Child_Send& send) {
+        send(std::span(&some_byte, 1));
+        sleep(1000);
+      },
+      [](const Child_Send&) {
+        for (int file = 3; file < 100; ++file) close(file);  // the answer ends, the process does not
+        sleep(1000);
+      },
+      [](const Child_Send&) {
+        for (volatile int i = 0;; i = i ^ 1) {
+        }
+      }};
+  for (const Child_Job& job : jobs) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run_in_child(limits, job).end, Child_End::out_of_time);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  }
+}
+
+TEST_F(Child_Process, too_much_is_cut_off) {
+  EXPECT_EQ(run_in_child({10, std::size_t{1} << 30, 1000},
+                         [](const Child_Send& send) {
+                           const std::vector<std::byte> part(300);
+                           while (true) send(part);
+                         })
+                .end,
+            Child_End::answer_too_long);
+  if (!child_memory_is_limited) GTEST_SKIP() << "no memory limit in this build";
+  EXPECT_EQ(run_in_child({10, std::size_t{256} << 20, 1000},
+                         [](const Child_Send&) {
+                           std::vector<std::vector<char>> hoard;
+                           while (true) hoard.emplace_back(1 << 20);
+                         })
+                .end,
+            Child_End::out_of_memory);
+}
+
+TEST_F(Child_Process, an_exception_or_an_exit_is_no_answer) {
+  EXPECT_EQ(run_in_child({}, [](const Child_Send&) { throw std::runtime_error("x"); }).end,
+            Child_End::broke_off);
+  EXPECT_EQ(run_in_child({}, [](const Child_Send&) { _exit(9); }).end, Child_End::broke_off);
+}
+
+Bytes sample_answer() {
+  const Model model = shapes::box({}, {1, 2, 3});
+  Bytes bytes = encode_head(model.materials, 1);
+  const Bytes mesh = encode_mesh(model.meshes[0]);
+  bytes.insert(bytes.end(), mesh.begin(), mesh.end());
+  return bytes;
+}
+
+TEST(Wire, brings_models_and_refusals) {
+  const Loader_Answer answer = decode_answer(sample_answer());
+  const Model model = shapes::box({}, {1, 2, 3});
+  ASSERT_EQ(answer.model.meshes.size(), 1u);
+  EXPECT_EQ(answer.model.meshes[0].indices, model.meshes[0].indices);
+  EXPECT_EQ(answer.model.meshes[0].vertices[7].position.z, model.meshes[0].vertices[7].position.z);
+  EXPECT_EQ(decode_answer(encode_refusal("because")).refusal, "because");
+}
+
+// Wherever the sender breaks off or whatever word of it is damaged, there is an error or a model,
+// and no length makes the reader allocate or read beyond what came.
+TEST(Wire, trusts_no_byte) {
+  const Bytes whole = sample_answer();
+  for (std::size_t size = 0; size < whole.size(); ++size)
+    EXPECT_THROW(decode_answer(std::span(whole).first(size)), std::runtime_error) << size;
+  Bytes longer = whole;
+  longer.push_back(some_byte);
+  EXPECT_THROW(decode_answer(longer), std::runtime_error);
+  for (std::size_t at = 0; at + 4 <= whole.size(); at += 4)
+    for (const std::byte value : {std::byte{0}, std::byte{1}, std::byte{0x7f}, std::byte{0xff}}) {
+      Bytes damaged = whole;
+      std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(at), 4, value);
+      try {
+        Model model = decode_answer(damaged).model;
+        check_model(model, 1000);
+        for (const Mesh& mesh : model.meshes)
+          for (const std::uint32_t index : mesh.indices) ASSERT_LT(index, mesh.vertices.size());
+      } catch (const std::runtime_error&) {
+      }
+    }
+}
+
+std::string objection_to(Model model, std::size_t most_triangles = 1000) {
+  try {
+    check_model(model, most_triangles);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return {};
+}
+
+TEST(Validation, refuses_what_would_be_computed_with) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  const Model good = shapes::box({}, {1, 1, 1});
+  EXPECT_EQ(objection_to(good), "");
+  EXPECT_THAT(objection_to(good, 11), HasSubstr("12 triangles"));
+  Model bad = good;
+  bad.meshes[0].indices[35] = 8;
+  EXPECT_THAT(objection_to(bad), HasSubstr("vertex 8 of 8"));
+  bad = good;
+  bad.meshes[0].indices.pop_back();
+  EXPECT_THAT(objection_to(bad), HasSubstr("middle of a triangle"));
+  bad = good;
+  bad.meshes[0].material = 1;
+  EXPECT_THAT(objection_to(bad), HasSubstr("material"));
+  for (const float number : {infinity, -infinity, std::nanf("")}) {
+    bad = good;
+    bad.meshes[0].vertices[3].position.y = number;
+    EXPECT_THAT(objection_to(bad), HasSubstr("finite"));
+  }
+}
+
+TEST(Validation, repairs_colours_and_drops_bad_normals) {
+  Model model = shapes::box({}, {1, 1, 1});
+  Mesh& mesh = model.meshes[0];
+  for (Vertex& v : mesh.vertices) v.normal = {0, 0, 5};
+  mesh.has_normals = true;
+  mesh.vertices[0].color = {std::nanf(""), -3, 7, 0.5f};
+  check_model(model, 1000);
+  EXPECT_TRUE(mesh.has_normals);
+  EXPECT_EQ(mesh.vertices[1].normal.z, 1);
+  EXPECT_EQ(mesh.vertices[0].color.red, 0);
+  EXPECT_EQ(mesh.vertices[0].color.green, 0);
+  EXPECT_EQ(mesh.vertices[0].color.blue, 1);
+  for (const Vec3f normal : {Vec3f{0, 0, 0}, Vec3f{0, std::nanf(""), 1}}) {
+    mesh.has_normals = true;
+    mesh.vertices[5].normal = normal;
+    check_model(model, 1000);
+    EXPECT_FALSE(mesh.has_normals);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,91 @@
+// The module as a file: what it exports and needs, and that nothing outlives it.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <sstream>
+
+#include "tests/support/session.h"
+
+namespace {
+
+using namespace support;
+
+std::vector<std::string> lines_of(const std::string& command) {
+  std::string text;
+  FILE* pipe = popen(command.c_str(), "r");
+  for (int c; pipe != nullptr && (c = std::fgetc(pipe)) != EOF;) text += static_cast<char>(c);
+  EXPECT_EQ(pipe != nullptr ? pclose(pipe) : -1, 0) << command;
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(Module, ExportsOneSymbol) {
+  const auto lines = lines_of("nm -D --defined-only '" TEST_MODULE "'");
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_TRUE(lines[0].ends_with(" T KD_Renderer")) << lines[0];
+}
+
+TEST(Module, NeedsTheFrameworkAndTheRuntimeAlone) {
+  bool framework = false;
+  for (const std::string& line : lines_of("readelf -d '" TEST_MODULE "'")) {
+    if (line.find("(NEEDED)") == std::string::npos) continue;
+    const std::string library = line.substr(line.find('[') + 1);
+    framework |= library.starts_with("libkorvel12.so");
+    bool known = false;
+    for (const char* name : {"libkorvel12.so", "libstdc++.so", "libgcc_s.so", "libm.so", "libc.so",
+                             "ld-linux", "libasan.so", "libubsan.so"}) {
+      known |= library.starts_with(name);
+    }
+    EXPECT_TRUE(known) << library;
+  }
+  EXPECT_TRUE(framework);
+}
+
+// One life of everything: a long clipped strip under a mask, in each variant in turn.
+void live_and_draw(int round) {
+  Session session({.variant = all_variants[round % 6], .size = {40, 30}, .use_mask = true});
+  session.display().complex_clip = contour({{2, 2, 0}, {38, 4, 0}, {20, 29, 0}});
+  Strip strip;
+  for (int i = 0; i < 70; ++i) {
+    strip.points.push_back({i - 10, i % 2 * 40 - 5, i * 100});
+    strip.colors.push_back(KT_RGB32::from_word(0xFF000000u + static_cast<unsigned>(i) * 0x30507));
+  }
+  draw(session, Layer::float_any, Kind::gouraud, strip);
+  EXPECT_TRUE(session.color->touched(20, 10));
+  session.renderer().establish();
+  draw(session, Layer::int_any, Kind::flat, strip);
+}
+
+TEST(Module, AThousandLivesLeaveNothingBehind) {
+  live_and_draw(0);  // what the framework makes once and keeps
+  const heap::Blocks before = heap::live();
+  for (int round = 0; round < 1000; ++round) {
+    live_and_draw(round);
+    ASSERT_EQ(heap::live(), before) << "after round " << round;
+    ASSERT_EQ(dlopen(TEST_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+  }
+}
+
+// The caller's own references are all that is left on what it gave to a renderer.
+TEST(Module, ARendererGivesUpItsReferences) {
+  Setup setup{.variant = Variant::mapped_z, .use_mask = true};
+  const auto references = setup.palette->reference_count.load();
+  KT_Shared_Image color, depth;
+  KT_Contour_Set clip = contour({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}});
+  {
+    Session session(setup);
+    session.display().complex_clip = clip;
+    draw(session, Layer::int_any, Kind::flat, strip_of({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}}));
+    color = session.renderer().color_image;
+    depth = session.renderer().depth_image;
+  }
+  EXPECT_EQ(setup.palette->reference_count, references);
+  EXPECT_EQ(color->reference_count, 1U);
+  EXPECT_EQ(depth->reference_count, 1U);
+  EXPECT_EQ(clip->reference_count, 1U);
+}
+
+}  // namespace

@@ -1,0 +1,90 @@
+// A renderer of the module under test on guarded frame images, from loading to unloading.
+#pragma once
+
+#include "core/software_z_buffer.h"
+#include "core/variant.h"
+#include "host/application.h"
+#include "tests/support/heap.h"
+#include "tests/support/picture.h"
+
+namespace support {
+
+using zbuffer::Variant;
+
+inline constexpr Variant all_variants[] = {Variant::rgb_alpha, Variant::rgb,
+                                           Variant::mapped,    Variant::mapped_z,
+                                           Variant::rgb_alpha_z, Variant::rgb_z};
+const char* name_of(Variant variant);
+
+struct Setup {
+  Variant variant = Variant::rgb;
+  KT_Int_XY size{12, 8};
+  KT_Int_XY origin{};
+  bool use_mask = false;
+  bool force_merge = false;
+  KT_Palette palette = KD_Cube_Palette();
+  const KT_Renderer_Data* source = nullptr;  ///< the renderer it is built from
+};
+
+class Session {
+ public:
+  explicit Session(const Setup& setup = {});
+  Session(const Session&) = delete;
+  ~Session();  ///< fails the test when a guard band was written on
+
+ private:
+  KT_Renderer_Module module_;
+  KT_Handle<KT_Renderer_Data> handle_;
+
+ public:
+  KT_Handle<Guarded_Image> color;  ///< given through the option "Color Buffer"
+  KT_Handle<Guarded_Image> depth;  ///< null in a variant without depth
+  KT_Rendition rendition;
+  bool full_rows_written = false;  ///< whether guard bytes behind the rows may be written
+  int frame_buffers_made = 0;
+
+  Software_Z_Buffer& renderer() const { return static_cast<Software_Z_Buffer&>(*handle_); }
+  KT_Action_Table& actions() const { return handle_->actions; }
+  KT_Option& option(const wchar_t* name) const;
+
+  KT_Display_Context& display() { return rendition.edit(&KT_Rendition_Data::display_context); }
+  KT_Material& material() { return rendition.edit(&KT_Rendition_Data::material); }
+  KT_Face_Attributes& face() { return rendition.edit(&KT_Rendition_Data::face_attributes); }
+  KT_Misc_Attributes& misc() { return rendition.edit(&KT_Rendition_Data::misc_attributes); }
+
+  /// Makes every pixel untouched again: a colour of alpha 77, or index 7; the farthest depth.
+  void clear(std::uint32_t depth_value = 0xFFFF);
+  void set_depth_test(unsigned mode);
+  void set_depth_write(std::uint8_t write);
+  /// What a pixel of the rendition's colour holds, and one of its contrast colour.
+  std::uint32_t own_color() const;
+  std::uint32_t contrast_color() const;
+
+ private:
+  static void create_frame_buffer(void* object, int width, int height,
+                                  const KT_Image_Format* format, KT_Shared_Image* image);
+  bool mapped() const { return color->format == KT_Image_Format::mapped; }
+};
+
+enum class Kind { flat, colorized, gouraud };
+enum class Layer { float_any, float_inside, int_any, int_inside };  // 2D DC 2DI DCI
+inline constexpr Kind all_kinds[] = {Kind::flat, Kind::colorized, Kind::gouraud};
+inline constexpr Layer all_layers[] = {Layer::float_any, Layer::float_inside, Layer::int_any,
+                                       Layer::int_inside};
+
+struct Strip {
+  std::vector<KT_DCI_Point> points;
+  std::vector<KT_RGB32> colors;  ///< a triangle, or of Gouraud strips a point
+  bool single_color = false;
+};
+
+/// Draws a strip by the action of that layer and kind; returns what the call allocated.
+heap::Blocks draw(const Session& session, Layer layer, Kind kind, const Strip& strip);
+
+/// One triangle in one colour, over the points of the float or integer actions alike.
+Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color = {30, 60, 90, 255});
+
+/// A closed contour in device coordinates.
+KT_Contour_Set contour(const std::vector<KT_Point>& points);
+
+}  // namespace support
