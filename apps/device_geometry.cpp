@@ -25,8 +25,8 @@ bool triangle_faces_away(std::span<const KT_Point> points, std::size_t t) {
 // Turns the strips of one mesh into device strips.
 class Mesh_Projector {
  public:
-  Mesh_Projector(const View& view, Device_Geometry& result)
-      : view_(view), lighting_(view), result_(result) {}
+  Mesh_Projector(const View& view, float opacity, Device_Geometry& result)
+      : view_(view), lighting_(view), opacity_(opacity), result_(result) {}
 
   void project(const Mesh& mesh, const Material& material, const Strip_Set& strips) {
     place_vertices(mesh, material);
@@ -50,7 +50,7 @@ class Mesh_Projector {
     for (std::size_t i = 0; i < placed_.size(); ++i) {
       const Vertex& vertex = mesh.vertices[i];
       Color color = vertex.color * material.diffuse;
-      color.alpha = 1;  // blending would need the triangles sorted: surfaces are drawn opaque
+      color.alpha = opacity_;
       if (result_.mode() == Mode::shaded)
         color = lighting_.shade(widen(vertex.normal), view_.toward_eye(vertex.position), color);
       placed_[i] = {view_.to_eye(vertex.position), color};
@@ -120,6 +120,7 @@ class Mesh_Projector {
 
   const View& view_;
   Lighting lighting_;
+  float opacity_;
   Device_Geometry& result_;
   std::vector<Eye_Point> placed_;
   std::vector<KT_RGB32> facet_colors_;
@@ -140,14 +141,19 @@ void Device_Geometry::add(std::span<const KT_Point> points, std::span<const KT_R
   colors_.insert(colors_.end(), colors.begin(), colors.end());
 }
 
+bool Device_Geometry::translucent() const {
+  return std::any_of(colors_.begin(), colors_.end(),
+                     [](const KT_RGB32& color) { return color.alpha < 255; });
+}
+
 void Device_Geometry::put_backs_first() {
   std::stable_partition(strips_.begin(), strips_.end(),
                         [](const Device_Strip& strip) { return strip.faces_away; });
 }
 
-Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode) {
+Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode, float opacity) {
   Device_Geometry geometry(mode);
-  Mesh_Projector projector(view, geometry);
+  Mesh_Projector projector(view, opacity, geometry);
   for (std::size_t i = 0; i < scene.model.meshes.size(); ++i) {
     const Mesh& mesh = scene.model.meshes[i];
     projector.project(mesh, scene.model.materials[mesh.material], scene.strips[i]);

@@ -34,6 +34,8 @@ class Device_Geometry {
   void put_backs_first();
 
   Mode mode() const { return mode_; }
+  // Whether any colour lets something through.
+  bool translucent() const;
   const std::vector<Device_Strip>& strips() const { return strips_; }
   std::span<const KT_Point> points(const Device_Strip& strip) const {
     return std::span(points_).subspan(strip.first_point, strip.point_count);
@@ -54,7 +56,9 @@ class Device_Geometry {
 
 KT_RGB32 device_color(const Color& color);
 
-Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode);
+// `opacity` from 0 to 1 becomes the alpha of every colour.
+Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode,
+                                float opacity = 1);
 
 // The same triangles one by one, the farthest first: for drawing without a depth buffer.
 Device_Geometry back_to_front(const Device_Geometry& geometry);

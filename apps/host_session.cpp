@@ -28,16 +28,19 @@ std::int32_t bytes_a_pixel(KT_Image_Format format) {
 
 }  // namespace
 
-Host_Session::Host_Session(const std::string& module_path, const Variant& variant, int width,
-                           int height)
-    : module_path_(module_path), variant_(variant), width_(width), height_(height) {
-  if (!variant_.direct_color) fail("the mapped variants are not available yet");
+Host_Session::Host_Session(const std::string& module_path, const Variant& variant,
+                           const Size& size, const Drawing& drawing, const Color& background)
+    : module_path_(module_path),
+      variant_(variant),
+      size_(size),
+      drawing_(drawing),
+      background_(device_color(background)) {
   std::string error;
   if (!module_.load(module_path_, error))
     fail(without_name(error, module_path_), "--module names another");
   renderer_ = module_.make_renderer(nullptr);
   if (!renderer_) fail("the module makes no renderer");
-  rendition_ = KD_Default_Rendition({0, width_ - 1, 0, height_ - 1});
+  rendition_ = KD_Default_Rendition({0, size_.width - 1, 0, size_.height - 1});
   configure();
 }
 
@@ -47,15 +50,49 @@ void Host_Session::configure() {
                                                  : KT_Color_System::mapped);
   options.set_buffer_depth(variant_.depth ? depth_bits : 0);
   options.set_alpha_blending(variant_.alpha);
-  options.set_window({0, 0}, {width_, height_});
-  if (!variant_.direct_color) {
-    palette_ = KD_Cube_Palette();
-    options.set_palette(palette_);
-  }
+  options.set_window({0, 0}, {size_.width, size_.height});
+  if (!variant_.direct_color) configure_palette();
+  if (drawing_.merge) configure_merging();
+  if (drawing_.circle_clip) option(L"Use Mask").set(KT_Option_Value(true));
   renderer_->actions.bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
   if (renderer_->establish_all() != 0) fail("the module refuses the configuration");
   if (out_of_memory_) throw std::bad_alloc();  // nothing may be drawn without its buffers
-  rendition_.edit(&KT_Rendition_Data::display_context).depth_enabled = variant_.depth ? 1 : 0;
+  configure_rendition();
+}
+
+void Host_Session::configure_palette() {
+  palette_ = cube_palette(drawing_.cube_steps);
+  renderer_->options().set_palette(palette_);
+}
+
+// The background stands for empty paper.
+void Host_Session::configure_merging() {
+  option(L"Merge Control Background Color")
+      .set(KT_Option_Value(background_.red, background_.green, background_.blue));
+  rendition_.edit(&KT_Rendition_Data::misc_attributes).drawing_mode =
+      KT_Misc_Attributes::merge_mode;
+}
+
+void Host_Session::configure_rendition() {
+  KT_Display_Context& context = rendition_.edit(&KT_Rendition_Data::display_context);
+  context.depth_enabled = variant_.depth ? 1 : 0;
+  if (drawing_.circle_clip) context.complex_clip = circle_in(size_);
+  if (drawing_.pattern)
+    rendition_.edit(&KT_Rendition_Data::face_attributes).face_pattern = *drawing_.pattern;
+  KT_Material& material = rendition_.edit(&KT_Rendition_Data::material);
+  material.window_color = background_;
+  if (palette_)
+    material.window_index = static_cast<std::uint8_t>(palette_.closest_match(background_, false));
+}
+
+KT_Option& Host_Session::option(const wchar_t* name) {
+  KT_Option* found = renderer_->option_table().find(KT_String(name));
+  if (!found) {
+    std::string plain;
+    for (const wchar_t* c = name; *c; ++c) plain += static_cast<char>(*c);
+    fail("the module has no option '" + plain + "'");
+  }
+  return *found;
 }
 
 void Host_Session::create_frame_buffer(void* session, int width, int height,
@@ -69,17 +106,17 @@ void Host_Session::create_frame_buffer(void* session, int width, int height,
   }
 }
 
-void Host_Session::draw(const Device_Geometry& geometry, const Color& background) {
-  KT_Material& material = rendition_.edit(&KT_Rendition_Data::material);
-  material.window_color = device_color(background);
-  if (palette_)
-    material.window_index =
-        static_cast<std::uint8_t>(palette_.closest_match(material.window_color, false));
+void Host_Session::draw(const Device_Geometry& geometry) {
   KD_Reset_Undrawn_Count();
   renderer_->begin_picture_all(nullptr);
-  call<KT_Action::Clear_Color>(rendition_);
-  if (variant_.depth) {
-    call<KT_Action::Clear_Depth>(rendition_);
+  clear();
+  const bool blends = variant_.direct_color && geometry.translucent();
+  if (blends) {
+    KT_Advanced_Options bits = rendition_->misc_attributes->advanced_options;
+    bits.bits |= KT_Advanced_Options::alpha_bit;
+    rendition_.set_advanced_options(bits, false);
+  }
+  if (variant_.depth && !blends) {
     draw_strips(geometry);
   } else {
     draw_strips(back_to_front(geometry));
@@ -87,6 +124,14 @@ void Host_Session::draw(const Device_Geometry& geometry, const Color& background
   renderer_->end_picture_all();
   if (const unsigned undrawn = KD_Undrawn_Count(); undrawn > 0)
     fail("the module left " + std::to_string(undrawn) + " strips undrawn");
+}
+
+// The whole window, whatever the faces' pattern.
+void Host_Session::clear() {
+  KT_Rendition solid = rendition_;
+  solid.edit(&KT_Rendition_Data::face_attributes).face_pattern = KT_Face_Attributes::solid;
+  call<KT_Action::Clear_Color>(solid);
+  if (variant_.depth) call<KT_Action::Clear_Depth>(solid);
 }
 
 void Host_Session::draw_strips(const Device_Geometry& geometry) {
@@ -104,20 +149,24 @@ void Host_Session::draw_strips(const Device_Geometry& geometry) {
 }
 
 Picture Host_Session::read_picture() {
-  Picture picture(width_, height_);
-  KT_Shared_Image image;  // left to the module to make: what stays null was not read
-  const KT_DCI_Point left_top{0, height_ - 1, 0}, right_bottom{width_ - 1, 0, 0};
-  const KT_Image_Format format = KT_Image_Format::rgb32;
-  call<KT_Action::Get_Image>(rendition_, &left_top, &right_bottom, &format, &image);
-  if (!image || image->format != format || image->width != width_ || image->height != height_)
+  Picture picture(size_.width, size_.height);
+  const auto own = variant_.direct_color ? KT_Image_Format::rgb32 : KT_Image_Format::mapped;
+  const std::int32_t row_bytes = bytes_a_pixel(own) * size_.width;
+  KT_Shared_Image image(size_.width, size_.height, own, row_bytes, nullptr, false);
+  const KT_DCI_Point left_top{0, size_.height - 1, 0}, right_bottom{size_.width - 1, 0, 0};
+  call<KT_Action::Get_Image>(rendition_, &left_top, &right_bottom, &own, &image);
+  if (!image || image->format != own || image->width != size_.width ||
+      image->height != size_.height)
     fail("the module hands back no picture");
-  for (int y = 0; y < height_; ++y) {
-    const auto* pixel = reinterpret_cast<const KT_RGB32*>(image->scan_lines[y]);
+  for (int y = 0; y < size_.height; ++y) {
+    const std::uint8_t* row = image->scan_lines[y];
     std::uint8_t* byte = picture.row(y);
-    for (int x = 0; x < width_; ++x, ++pixel) {
-      *byte++ = pixel->red;
-      *byte++ = pixel->green;
-      *byte++ = pixel->blue;
+    for (int x = 0; x < size_.width; ++x) {
+      const KT_RGB32 pixel = variant_.direct_color ? reinterpret_cast<const KT_RGB32*>(row)[x]
+                                                   : palette_->entries[row[x]].color;
+      *byte++ = pixel.red;
+      *byte++ = pixel.green;
+      *byte++ = pixel.blue;
     }
   }
   return picture;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "apps/device_geometry.h"
+#include "apps/drawing.h"
 #include "apps/picture.h"
 #include "apps/variant.h"
 #include "host/application.h"
@@ -14,10 +15,11 @@ namespace kv {
 // std::bad_alloc when the picture is too large for the memory.
 class Host_Session {
  public:
-  Host_Session(const std::string& module_path, const Variant& variant, int width, int height);
+  Host_Session(const std::string& module_path, const Variant& variant, const Size& size,
+               const Drawing& drawing, const Color& background);
 
-  // Clears the window to `background` and draws the strips.
-  void draw(const Device_Geometry& geometry, const Color& background);
+  // Clears the window to the background and draws the strips.
+  void draw(const Device_Geometry& geometry);
   Picture read_picture();
 
   Host_Session(const Host_Session&) = delete;  // the renderer knows the session by its address
@@ -25,6 +27,11 @@ class Host_Session {
 
  private:
   void configure();
+  void configure_palette();
+  void configure_merging();
+  void configure_rendition();
+  void clear();
+  KT_Option& option(const wchar_t* name);
   void draw_strips(const Device_Geometry& geometry);
   template <KT_Action action, class... Arguments>
   void call(Arguments&&... arguments);
@@ -35,7 +42,9 @@ class Host_Session {
 
   std::string module_path_;
   Variant variant_;
-  int width_, height_;
+  Size size_;
+  Drawing drawing_;
+  KT_RGB32 background_;
   KT_Palette palette_;  // null unless colours are mapped
   bool out_of_memory_ = false;
   // In this order: the module goes last.

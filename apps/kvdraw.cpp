@@ -53,10 +53,11 @@ void run(const Options& options) {
   check_not_same_file(options);
   // First of all, while there is one thread: loading forks.
   const Scene scene = make_scene(load_model(options.model_path, options.limits));
-  Host_Session session(options.module_path, options.variant, options.size.width,
-                       options.size.height);
+  Host_Session session(options.module_path, options.variant, options.size, options.drawing,
+                       options.background);
   const View view(options.camera, options.size.width, options.size.height, scene.model);
-  session.draw(device_geometry(scene, view, options.mode), options.background);
+  session.draw(device_geometry(scene, view, options.mode,
+                               static_cast<float>(options.drawing.opacity)));
   write_picture_file(options.picture_path, session.read_picture());
 }
 

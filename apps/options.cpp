@@ -21,6 +21,9 @@ const std::map<std::string, Variant> variants = {
     {"mapped-z", Variant::mapped_z},
 };
 const std::map<std::string, Mode> modes = {{"shaded", Mode::shaded}, {"flat", Mode::flat}};
+const std::map<std::string, int> palettes = {
+    {"cube2", 2}, {"cube3", 3}, {"cube4", 4}, {"cube5", 5}, {"cube6", 6}};
+const std::map<std::string, bool> clips = {{"circle", true}};
 const std::map<std::string, Up_Axis> axes = {
     {"x", Up_Axis::x}, {"y", Up_Axis::y}, {"z", Up_Axis::z}};
 
@@ -82,6 +85,33 @@ void add_camera_options(CLI::App& app, Camera_Options& camera) {
   add_choice(app, "--up", camera.up, axes, "up axis of the model (y)")->group(group);
 }
 
+void add_drawing_options(CLI::App& app, Drawing& drawing) {
+  const std::string group = "Drawing";
+  add_choice(app, "--palette", drawing.cube_steps, palettes,
+             "colour cube of the mapped variants, by steps a channel (cube6)")
+      ->group(group);
+  const auto parse_pattern = [](const std::string& text) -> std::optional<int> {
+    int pattern = 0;
+    if (!CLI::detail::lexical_cast(text, pattern) || pattern < 0 || pattern > last_face_pattern)
+      throw std::invalid_argument("'" + text + "' is no pattern from 0 to 73");
+    return pattern;
+  };
+  add_parsed<std::optional<int>>(app, "--pattern", drawing.pattern, parse_pattern,
+                                 "pattern of the faces: 1 to 63 greys, 64 solid, 65 to 73 hatches")
+      ->type_name("N")
+      ->group(group);
+  add_number(app, "--opacity", drawing.opacity, 0, 1,
+             "of the faces, in the variants of direct colour (1)")
+      ->type_name("A")
+      ->group(group);
+  add_choice(app, "--clip", drawing.circle_clip, clips, "draw only inside this shape")
+      ->group(group);
+  app.add_flag("--merge", drawing.merge,
+               "join overlapping faces like inks on the background; the module merges flat and\n"
+               "one-coloured faces without depth")
+      ->group(group);
+}
+
 void add_limit_options(CLI::App& app, Load_Limits& limits, double& megabytes, double& triangles) {
   const std::string group = "Limits of loading";
   add_number(app, "--load-seconds", limits.seconds, 0.1, 86400, "time to load the model (60)")
@@ -111,6 +141,7 @@ void add_options(CLI::App& app, Options& options) {
   app.add_option("--module", options.module_path, "renderer module to draw with")
       ->type_name("FILE");
   add_camera_options(app, options.camera);
+  add_drawing_options(app, options.drawing);
 }
 
 [[noreturn]] void refuse(const std::string& what) {
@@ -139,6 +170,8 @@ std::optional<Options> parse_options(int argc, char** argv, const std::string& d
   }
   options.limits.memory_bytes = static_cast<std::size_t>(megabytes) << 20;
   options.limits.triangles = static_cast<std::size_t>(triangles);
+  if (options.drawing.opacity < 1 && !options.variant.direct_color)
+    refuse("--opacity asks for blending, which the mapped variants do not do");
   return options;
 }
 

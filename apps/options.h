@@ -6,6 +6,7 @@
 
 #include "apps/camera.h"
 #include "apps/device_geometry.h"
+#include "apps/drawing.h"
 #include "apps/loader.h"
 #include "apps/option_text.h"
 #include "apps/variant.h"
@@ -20,6 +21,7 @@ struct Options {
   Variant variant = Variant::rgb_z;
   Mode mode = Mode::shaded;
   Camera_Options camera;
+  Drawing drawing;
   Color background{0.93f, 0.94f, 0.95f, 1};
   Load_Limits limits;
 };

@@ -5,12 +5,9 @@
 #include <sstream>
 
 #include "fuzz/batch.h"
-#include "fuzz/model_clipper.h"
 #include "fuzz/model_textures.h"
 #include "fuzz/setting.h"
 #include "fuzz/watched_materials.h"
-
-namespace {
 
 using fuzz::Lamp;
 using fuzz::Random;
@@ -19,8 +16,6 @@ using fuzz::Standard_Call;
 using model::Layer;
 using model::Light_Asked;
 using model::Variant;
-
-}  // namespace
 
 // These stand in front of the framework's operations of the same names.
 KT_Basic_Material::KT_Basic_Material() : KT_Handle(new Lamp) {}

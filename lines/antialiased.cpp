@@ -13,8 +13,12 @@ namespace {
 /// Products and positions wrap; only ends far outside make them.
 using Wide = std::uint64_t;
 
-constexpr std::int64_t as_signed(Wide value) { return static_cast<std::int64_t>(value); }
-constexpr Wide wide(std::int64_t value) { return static_cast<Wide>(value); }
+constexpr std::int64_t as_signed(Wide value) {
+  return static_cast<std::int64_t>(value);
+}
+constexpr Wide wide(std::int64_t value) {
+  return static_cast<Wide>(value);
+}
 
 /// a * b / c, truncated.
 constexpr std::int64_t scaled(std::int64_t a, std::int64_t b, std::int64_t c) {
@@ -107,15 +111,15 @@ void trim(Path& path, const Target& target) {
   const std::int32_t first = target.first(path.major_axis);
   const std::int32_t last = target.last(path.major_axis);
   const bool forwards = path.sign > 0;
-  const std::int64_t before = forwards ? std::int64_t{first} - path.major
-                                       : std::int64_t{path.major} - last;
+  const std::int64_t before =
+      forwards ? std::int64_t{first} - path.major : std::int64_t{path.major} - last;
   if (before >= path.count) {
     path.count = 0;
     return;
   }
   if (before > 0) path.skip(before);
-  const std::int64_t left = forwards ? std::int64_t{last} - path.major + 1
-                                     : std::int64_t{path.major} - first + 1;
+  const std::int64_t left =
+      forwards ? std::int64_t{last} - path.major + 1 : std::int64_t{path.major} - first + 1;
   path.count = std::min(path.count, left);
 }
 

@@ -67,8 +67,8 @@ template <class Brush>
 void step_clipped_row(const Segment& s, const Crossing& at, const Brush& brush) {
   const std::int32_t sx = s.x0 < s.x1 ? 1 : -1;
   const std::int32_t first = sx > 0 ? std::max(s.x0, at.clip.left) : std::min(s.x0, at.clip.right);
-  const std::int32_t last = sx > 0 ? std::min(s.x1 - 1, at.clip.right)
-                                   : std::max(s.x1 + 1, at.clip.left);
+  const std::int32_t last =
+      sx > 0 ? std::min(s.x1 - 1, at.clip.right) : std::max(s.x1 + 1, at.clip.left);
   const std::int32_t count = (last - first) * sx + 1;
   if (count < 1) return;
   step_run(brush.stroke(s.y0 - at.origin.y, 1, std::abs(s.x1 - s.x0), std::abs(first - s.x0)),
@@ -79,8 +79,8 @@ template <class Brush>
 void step_clipped_column(const Segment& s, const Crossing& at, const Brush& brush) {
   const std::int32_t sy = s.y0 < s.y1 ? 1 : -1;
   const std::int32_t first = sy > 0 ? std::max(s.y0, at.clip.bottom) : std::min(s.y0, at.clip.top);
-  const std::int32_t last = sy > 0 ? std::min(s.y1 - 1, at.clip.top)
-                                   : std::max(s.y1 + 1, at.clip.bottom);
+  const std::int32_t last =
+      sy > 0 ? std::min(s.y1 - 1, at.clip.top) : std::max(s.y1 + 1, at.clip.bottom);
   const std::int32_t count = (last - first) * sy + 1;
   if (count < 1) return;
   step_straight(
@@ -101,8 +101,8 @@ template <class Brush>
 void step_clipped_shallow(const Slanted& line, const Crossing& at, const Visible_Rows& rows,
                           const Brush& brush) {
   const Shallow_Place place = shallow_place(line, at, std::abs(rows.first - line.y0));
-  const auto stroke = brush.stroke(rows.first - at.origin.y, line.sy, line.major(),
-                                   std::abs(line.x0 - place.x));
+  const auto stroke =
+      brush.stroke(rows.first - at.origin.y, line.sy, line.major(), std::abs(line.x0 - place.x));
   const Device_Columns columns{at.origin.x};
   const std::int32_t whole_rows = rows.whole_rows(line);
   if (line.sx > 0) {

@@ -66,7 +66,8 @@ template <Member member, class Draw>
 void with_pen(const Polyline& line, Merging merging, Draw draw) {
   with_gate<member>(line.renderer, [&](auto gate) {
     const auto with_ink = [&](const auto& ink) {
-      draw(Pen<decltype(gate), member.masking, std::decay_t<decltype(ink)>>(line, ink));
+      Pen<decltype(gate), member.masking, std::decay_t<decltype(ink)>> pen(line, ink);
+      draw(pen);
     };
     if constexpr (is_mapped(member.variant)) {
       with_mapped_ink<member>(line, merging, with_ink);
@@ -160,7 +161,7 @@ void draw_end(const Polyline& line, const Pen_Type& pen) {
 template <Member member>
 void draw_list(const Polyline& line, Merging merging) {
   using namespace draw_detail;
-  with_pen<member>(line, merging, [&](auto pen) {
+  with_pen<member>(line, merging, [&](auto& pen) {
     for (int i = 0; i + 1 < line.count; ++i) {
       if constexpr (member.kind == Kind::gouraud) {
         if (drawn_in_one_color<member>(line, i)) continue;
@@ -168,8 +169,7 @@ void draw_list(const Polyline& line, Merging merging) {
       if constexpr (member.kind == Kind::colorized) {
         if (i == 0 || !line.single_color) pen.ink.take(line.segment_color(i));
       }
-      step_inside(segment_of(line, i, pen.origin()),
-                  Brush<decltype(pen)>{pen, ends_of<member.kind>(line, i)});
+      step_inside(segment_of(line, i, pen.origin()), Brush{pen, ends_of<member.kind>(line, i)});
     }
     draw_end<member>(line, pen);
   });
@@ -183,12 +183,11 @@ void draw_clipped(const Polyline& pair, unsigned code0, unsigned code1) {
   if constexpr (the_rule(rules::merge_rules, member) == Merge_Rule::when_on) {
     if (merge_on(pair.renderer, pair.rendition)) merging = Merging::on;
   }
-  with_pen<member>(pair, merging, [&](auto pen) {
+  with_pen<member>(pair, merging, [&](auto& pen) {
     if constexpr (member.kind == Kind::colorized) pen.ink.take(pair.segment_color(0));
     if constexpr (member.kind == Kind::plain) pen.ink.take(pair.material().color);
     const Crossing crossing{pair.context().hard_clip, pen.origin(), code0, code1};
-    step_clipped(segment_of(pair, 0, {}), crossing,
-                 Brush<decltype(pen)>{pen, ends_of<member.kind>(pair, 0)});
+    step_clipped(segment_of(pair, 0, {}), crossing, Brush{pen, ends_of<member.kind>(pair, 0)});
   });
 }
 

@@ -102,7 +102,8 @@ bool taken_by_chain(const Polyline& line) {
                                                      : the_rule(rules::chains, entry);
   return [&]<std::size_t... at>(std::index_sequence<at...>) {
     return (taken<chain.steps[at], layer, variant, kind, masking>(line) || ...);
-  }(std::make_index_sequence<Chain::longest>{});
+  }
+  (std::make_index_sequence<Chain::longest>{});
 }
 
 // What follows is one walk for all kinds.
@@ -160,8 +161,8 @@ void draw_last_dot(const Polyline& line) {
   if constexpr (kind == Kind::plain) {
     draw_dot<variant>(line.renderer, line.rendition, point, nullptr);
   } else {
-    const KT_RGB32 color = kind == Kind::gouraud ? line.colors[line.count - 1]
-                                                 : line.segment_color(line.count - 2);
+    const KT_RGB32 color =
+        kind == Kind::gouraud ? line.colors[line.count - 1] : line.segment_color(line.count - 2);
     draw_dot<variant>(line.renderer, line.rendition, point, &color);
   }
 }

@@ -6,8 +6,8 @@ namespace {
 // Every change is made only where it is one: a record that stays as it is is not cloned.
 
 template <class Record, class Field>
-void set(KT_Rendition& rendition, KT_Handle<Record> KT_Rendition_Data::*which,
-         Field Record::*field, const Field& value) {
+void set(KT_Rendition& rendition, KT_Handle<Record> KT_Rendition_Data::*which, Field Record::*field,
+         const Field& value) {
   const Record& record = *((*rendition).*which);
   if (record.*field != value) rendition.edit(which).*field = value;
 }

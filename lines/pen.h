@@ -185,5 +185,7 @@ struct Brush {
     return pen.stroke(ends, {row, sy}, pixels, skipped);
   }
 };
+template <class Pen_Type>
+Brush(const Pen_Type&, Ends) -> Brush<Pen_Type>;
 
 }  // namespace zbuffer::lines

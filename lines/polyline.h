@@ -27,7 +27,8 @@ struct Polyline {
   }
 
   /// The same call with other points.
-  Polyline with_points(int other_count, const KT_DCI_Point* other, const KT_RGB32* their_colors) const {
+  Polyline with_points(int other_count, const KT_DCI_Point* other,
+                       const KT_RGB32* their_colors) const {
     return {renderer, rendition, other_count, other, their_colors, single_color};
   }
   /// The same call in one colour.

@@ -69,9 +69,8 @@ bool find_cuts(const KT_DCI_Point* p, const Differences& d, Cut& from, Cut& to) 
 /// `start` plus the rounded product. Far ends make products that no 32-bit number holds.
 std::int32_t moved(std::int32_t start, double product) {
   const double rounded_product = product >= 0 ? product + 0.5 : product - 0.49999999999;
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(start + static_cast<std::int64_t>(rounded_product), lowest,
-                               highest));
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(
+      start + static_cast<std::int64_t>(rounded_product), lowest, highest));
 }
 
 KT_DCI_Point point_at(const Cut& cut, const KT_DCI_Point& start, const Differences& d, End_Z z) {

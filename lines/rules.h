@@ -15,8 +15,8 @@
 namespace zbuffer::lines {
 
 enum class Kind : std::uint8_t { plain, colorized, gouraud };
-enum class Layer : std::uint8_t { any, inside };    // 2DI DCI
-enum class Road : std::uint8_t { run, clipped };    // lists of inside points; one cut segment
+enum class Layer : std::uint8_t { any, inside };  // 2DI DCI
+enum class Road : std::uint8_t { run, clipped };  // lists of inside points; one cut segment
 enum class Masking : std::uint8_t { open, masked };
 
 struct Member {
@@ -33,8 +33,7 @@ struct Where {
   Any<Masking> masking{};
 
   constexpr bool covers(Member m) const {
-    return variant.has(m.variant) && kind.has(m.kind) && road.has(m.road) &&
-           masking.has(m.masking);
+    return variant.has(m.variant) && kind.has(m.kind) && road.has(m.road) && masking.has(m.masking);
   }
 };
 
@@ -60,9 +59,9 @@ struct End_Rule {
 
 /// How a Gouraud segment of nearly one colour is drawn.
 enum class Near_Rule : std::uint8_t {
-  shaded,          // like any other
-  colorized,       // by the variant's colorized action
-  opaque_variant   // by the colorized action of the opaque variant
+  shaded,         // like any other
+  colorized,      // by the variant's colorized action
+  opaque_variant  // by the colorized action of the opaque variant
 };
 
 /// Whether a clipped segment that ends up inside at both ends goes to the inside routine, which
@@ -172,7 +171,7 @@ enum class Step : std::uint8_t {
 
 /// What stands behind the masked form of a routine.
 enum class Twin : std::uint8_t {
-  none,        // there is no masked form
+  none,  // there is no masked form
   own,
   colorized,   // the masked colorized one, in the rendition's colour
   of_blending  // the one of the blending variant

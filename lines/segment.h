@@ -22,7 +22,9 @@ struct Segment {
 
 enum class Slope : std::uint8_t { shallow, diagonal, steep };
 
-constexpr std::int32_t sign_of(std::int32_t value) { return (value > 0) - (value < 0); }
+constexpr std::int32_t sign_of(std::int32_t value) {
+  return (value > 0) - (value < 0);
+}
 
 /// A segment that is neither horizontal nor vertical.
 struct Slanted {
@@ -31,15 +33,20 @@ struct Slanted {
   std::int32_t columns;  // x difference without its sign
   std::int32_t rows;     // y difference without its sign
   Slope slope;
-  Word step;             // x change a row
+  Word step;  // x change a row
 
   explicit Slanted(const Segment& s)
-      : x0(s.x0), y0(s.y0), x1(s.x1), y1(s.y1),
+      : x0(s.x0),
+        y0(s.y0),
+        x1(s.x1),
+        y1(s.y1),
         sx(s.x1 < s.x0 ? -1 : 1),
         sy(s.y1 < s.y0 ? -1 : 1),
         columns((s.x1 - s.x0) * sx),
         rows((s.y1 - s.y0) * sy),
-        slope(columns == rows ? Slope::diagonal : columns > rows ? Slope::shallow : Slope::steep),
+        slope(columns == rows  ? Slope::diagonal
+              : columns > rows ? Slope::shallow
+                               : Slope::steep),
         step(Step_Count(rows).line_step(s.x1 - s.x0)) {}
 
   /// Pixels along the major axis.
@@ -55,9 +62,7 @@ struct Slanted {
   }
 
   /// Start of a shallow line's positions: half a step on.
-  Word shallow_start() const {
-    return shallow_base() + shift_signed(sx > 0 ? step : step + 1, 1);
-  }
+  Word shallow_start() const { return shallow_base() + shift_signed(sx > 0 ? step : step + 1, 1); }
 
   /// From here whole steps lead to the column where a row is entered.
   Word shallow_entry() const {
@@ -94,9 +99,9 @@ struct Slanted {
   }
 };
 
-/// The row where a line meets column `side`, `sx` telling whether that is the left (-1) or the right
-/// side (1) of `clip`. On its way in the row is not before the rectangle's first row, on its way
-/// out not behind its last one.
+/// The row where a line meets column `side`, `sx` telling whether that is the left (-1) or the
+/// right side (1) of `clip`. On its way in the row is not before the rectangle's first row, on its
+/// way out not behind its last one.
 inline std::int32_t row_at_side(const Slanted& line, const KT_Int_Rectangle& clip,
                                 std::int32_t sx) {
   const std::int32_t side = sx < 0 ? clip.left : clip.right;

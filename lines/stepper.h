@@ -92,7 +92,7 @@ void step_run(Stroke stroke, std::int32_t x, std::int32_t count, std::int32_t sx
 
 /// Steps over a segment whose ends lie inside, in buffer coordinates.
 template <class Brush>
-void step_inside(const Segment& s, const Brush& brush) {
+[[gnu::always_inline]] inline void step_inside(const Segment& s, const Brush& brush) {
   using namespace stepper_detail;
   const std::int32_t dx = s.x1 - s.x0;
   const std::int32_t dy = s.y1 - s.y0;

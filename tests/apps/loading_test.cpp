@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -65,8 +66,7 @@ TEST_F(Child_Process, every_kind_of_hang_ends) {
         sleep(1000);
       },
       [](const Child_Send&) {
-        for (volatile int i = 0;; i = i ^ 1) {
-        }
+        for (std::atomic<bool> forever = true; forever;) continue;
       }};
   for (const Child_Job& job : jobs) {
     const auto start = std::chrono::steady_clock::now();

@@ -18,7 +18,9 @@ constexpr Configuration rgb_z{.depth = true};
 constexpr std::uint32_t red = 0xFFFF0000;
 constexpr std::uint32_t green = 0xFF00FF00;
 
-KT_RGB32 color_of(std::uint32_t word) { return KT_RGB32::from_word(word); }
+KT_RGB32 color_of(std::uint32_t word) {
+  return KT_RGB32::from_word(word);
+}
 
 /// Steep lines down to the left: clipped ones may differ by a column here and there.
 bool is_excepted(const KT_DCI_Point& from, const KT_DCI_Point& to) {
@@ -52,8 +54,8 @@ class Cut_Lines {
         const std::uint32_t color = inside ? whole_.color(x, y) : Line_Frame::paper;
         const std::uint16_t depth = inside ? whole_.depth(x, y) : Line_Frame::far;
         if (cut_.color(x, y) == color && cut_.depth(x, y) == depth) continue;
-        FAIL() << "(" << from.x << "," << from.y << ") to (" << to.x << "," << to.y << ") at ("
-               << x << "," << y << "): expected " << std::hex << color << "/" << depth << " got "
+        FAIL() << "(" << from.x << "," << from.y << ") to (" << to.x << "," << to.y << ") at (" << x
+               << "," << y << "): expected " << std::hex << color << "/" << depth << " got "
                << cut_.color(x, y) << "/" << cut_.depth(x, y);
       }
     }

@@ -60,7 +60,7 @@ KT_Option& Session::option(const wchar_t* name) const {
 }
 
 void Session::clear(std::uint32_t depth_value) {
-  color->fill(mapped() ? 7 : 0x4D302010);
+  color->fill(mapped() ? 238 : 0x4D302010);
   if (depth) depth->fill(depth_value);
 }
 

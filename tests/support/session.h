@@ -52,7 +52,7 @@ class Session {
   KT_Face_Attributes& face() { return rendition.edit(&KT_Rendition_Data::face_attributes); }
   KT_Misc_Attributes& misc() { return rendition.edit(&KT_Rendition_Data::misc_attributes); }
 
-  /// Makes every pixel untouched again: a colour of alpha 77, or index 7; the farthest depth.
+  /// Makes every pixel untouched again: a colour of alpha 77, or index 238; the farthest depth.
   void clear(std::uint32_t depth_value = 0xFFFF);
   void set_depth_test(unsigned mode);
   void set_depth_write(std::uint8_t write);

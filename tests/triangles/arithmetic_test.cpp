@@ -1,6 +1,7 @@
 // Small arithmetic over its whole domain, or its edges and a great many others.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "core/fixed_point.h"
@@ -37,18 +38,18 @@ TEST(Arithmetic, MixIsTheFormula) {
   for (std::uint32_t a = 0; a < 256; ++a) {
     for (std::uint32_t s = 0; s < 256; ++s) {
       const std::uint32_t source = a << 24 | (s ^ 0x5A) << 16 | (255 - s) << 8 | s;
-      std::uint32_t old[15];
-      for (std::uint32_t i = 0; i < 15; ++i) {
-        const std::uint32_t p = (i * 18 + s) & 255;
+      std::uint32_t old[9];
+      for (std::uint32_t i = 0; i < 9; ++i) {
+        const std::uint32_t p = (i * 31 + s) & 255;
         old[i] = (p ^ 0x3C) << 24 | p << 16 | (i % 2 ? 255u : 0u) << 8 | (255 - p);
       }
       for (const Alpha_Rule rule : {store, blend, by_alpha, by_alpha_keeping}) {
         const Mix mix(source, rule);
-        std::uint32_t run[15];
-        std::copy_n(old, 15, run);
-        const auto length = static_cast<std::ptrdiff_t>(s % 16);
+        std::uint32_t run[9];
+        std::copy_n(old, 9, run);
+        const auto length = static_cast<std::ptrdiff_t>(s % 10);
         mix.run(run, length);
-        for (std::uint32_t i = 0; i < 15; ++i) {
+        for (std::uint32_t i = 0; i < 9; ++i) {
           const std::uint32_t expected = plain_mix(source, rule, old[i]);
           ASSERT_EQ(mix(old[i]), expected) << std::hex << source << " over " << old[i];
           ASSERT_EQ(run[i], i < length ? expected : old[i]) << std::hex << source;
@@ -73,12 +74,10 @@ Word plain_step(std::int32_t d, std::int32_t n, int bits) {
   return as_word(as_signed(as_word(d) << bits) / n);
 }
 
-void expect_steps(std::int32_t d, std::int32_t n) {
+bool right_steps(std::int32_t d, std::int32_t n) {
   const Step_Count count(n);
-  ASSERT_EQ(count.line_step(d), plain_step(d, n, 16)) << d << " over " << n;
-  ASSERT_EQ(count.depth_step(d), plain_step(d, n, 15)) << d << " over " << n;
-  ASSERT_EQ(line_step(d, n), plain_step(d, n, 16)) << d << " over " << n;
-  ASSERT_EQ(depth_step(d, n), plain_step(d, n, 15)) << d << " over " << n;
+  return count.line_step(d) == plain_step(d, n, 16) && line_step(d, n) == plain_step(d, n, 16) &&
+         count.depth_step(d) == plain_step(d, n, 15) && depth_step(d, n) == plain_step(d, n, 15);
 }
 
 TEST(Arithmetic, StepsOverEdgeValuesAndRandomOnes) {
@@ -98,19 +97,21 @@ TEST(Arithmetic, StepsOverEdgeValuesAndRandomOnes) {
     if (edge > 0) counts.push_back(edge);
   }
   for (const std::int32_t n : counts) {
-    for (const std::int32_t d : edges) expect_steps(d, n);
+    for (const std::int32_t d : edges) ASSERT_TRUE(right_steps(d, n)) << d << " over " << n;
     // Just beside whole quotients.
     for (std::int32_t q = -40; q <= 40; ++q) {
       for (const std::int32_t beside : {-1, 0, 1}) {
-        expect_steps(as_signed(as_word(q) * as_word(n) + as_word(beside)), n);
+        const std::int32_t d = as_signed(as_word(q) * as_word(n) + as_word(beside));
+        ASSERT_TRUE(right_steps(d, n)) << d << " over " << n;
       }
     }
   }
   std::mt19937 random(1);
   for (int i = 0; i < 3000000; ++i) {
     const int bits = static_cast<int>(random() % 31);
-    expect_steps(as_signed(static_cast<Word>(random())) >> random() % 20,
-                 std::max(1, static_cast<std::int32_t>(random() & ((2u << bits) - 1) & 0x7FFFFFFF)));
+    const auto n = std::max(1, static_cast<std::int32_t>(random() & ((2u << bits) - 1)));
+    const std::int32_t d = as_signed(static_cast<Word>(random())) >> random() % 20;
+    ASSERT_TRUE(right_steps(d, n)) << d << " over " << n;
   }
   EXPECT_EQ(line_step(-5, 0), as_word(-5));
   EXPECT_EQ(depth_step(7, 0), 7u);
@@ -118,14 +119,14 @@ TEST(Arithmetic, StepsOverEdgeValuesAndRandomOnes) {
 
 TEST(Arithmetic, SmallStepsOverTheirDomain) {
   std::vector<std::int32_t> counts = {600, 1023, 1024, 1025, 4097, 12345, 28760, 32760, 65535};
-  for (int n = 1; n <= 300; ++n) counts.push_back(n);
+  for (int n = 1; n <= 100; ++n) counts.push_back(n);
   for (const std::int32_t n : counts) {
     const Step_Count count(n);
     for (std::int32_t d = -65535; d <= 65535; ++d) {
-      if (std::abs(d) < 32768) {
-        ASSERT_EQ(count.small_step<Position>(d), plain_step(d, n, 16)) << d << " over " << n;
-      }
-      ASSERT_EQ(count.small_step<Depth>(d), plain_step(d, n, 15)) << d << " over " << n;
+      const bool position_right = d < -32767 || d > 32767 ||
+                                  count.small_step<Position>(d) == plain_step(d, n, 16);
+      const bool depth_right = count.small_step<Depth>(d) == plain_step(d, n, 15);
+      ASSERT_TRUE(position_right && depth_right) << d << " over " << n;
     }
   }
 }

@@ -177,7 +177,7 @@ TEST(Fill, NearFlatTestsDiffer) {
       return found;
     };
     const std::set<std::uint32_t> flat{10};
-    EXPECT_EQ(greens({0, 19, 0, 19}), (std::set<std::uint32_t>{10, 11, 12, 13, 14, 15}));
+    EXPECT_EQ(greens({0, 19, 0, 19}), (std::set<std::uint32_t>{10, 11, 12, 13, 14, 15, 16}));
     EXPECT_EQ(greens({1, 19, 0, 19}), flat);
     strip.colors[2].green = 13;  // within 3 of the first point: flat on both roads
     EXPECT_EQ(greens({0, 19, 0, 19}), flat);
