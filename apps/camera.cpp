@@ -17,14 +17,19 @@ constexpr double least_near = 0.005;
 // The near plane stays clear of the nearest points by this, else their rounding errors are cut.
 constexpr double near_slack = 1e-6;
 
-double radians(double degrees) { return degrees * std::numbers::pi / 180; }
+double radians(double degrees) {
+  return degrees * std::numbers::pi / 180;
+}
 
 // From axes with y up and the front at z to the model's.
 Vec3 turned(Vec3 v, Up_Axis up) {
   switch (up) {
-    case Up_Axis::x: return {v.y, -v.x, v.z};
-    case Up_Axis::z: return {v.x, -v.z, v.y};
-    default: return v;
+    case Up_Axis::x:
+      return {v.y, -v.x, v.z};
+    case Up_Axis::z:
+      return {v.x, -v.z, v.y};
+    default:
+      return v;
   }
 }
 
@@ -85,31 +90,69 @@ View::Extent View::extent_of(const Model& model) const {
   return extent;
 }
 
-// The eye goes as near as the four sides of the window allow: a side with slope t leaves a point
-// (x, z) inside when x - eye.x <= t (eye.z - z), so each side asks for eye.x + t eye.z (or its
-// mirror image) to reach the largest x + t z, and two opposite sides settle eye.x and eye.z.
+namespace {
+
+// How far a model reaches to both sides along one axis, for sides of a given slope t. Such a side
+// leaves a point (x, z) inside when x - eye.x <= t (eye.z - z): the side on the right asks for
+// eye.x + t eye.z to be at least the largest x + t z, the one on the left likewise for -x.
+class Reach {
+ public:
+  explicit Reach(double slope) : slope_(slope) {}
+
+  void include(double x, double z) {
+    if (x + slope_ * z > right_) right_ = x + slope_ * z, at_right_ = {x, 0, z};
+    if (-x + slope_ * z > left_) left_ = -x + slope_ * z, at_left_ = {x, 0, z};
+  }
+  double nearest_eye() const { return (right_ + left_) / (2 * slope_); }
+  double middle() const { return (right_ - left_) / 2; }
+  // The slope of sides through the outermost points found, for an eye at this distance.
+  double slope_from(double eye_z) const {
+    return (at_right_.x - at_left_.x) / (2 * eye_z - at_right_.z - at_left_.z);
+  }
+  double slope() const { return slope_; }
+
+ private:
+  static constexpr double infinity = std::numeric_limits<double>::infinity();
+
+  double slope_;
+  double right_ = -infinity, left_ = -infinity;
+  Vec3 at_right_, at_left_;
+};
+
+}  // namespace
+
 void View::frame_perspective(const Camera_Options& options, const Model& model,
                              const Extent& extent) {
   const double focus =
       std::min(half_width_, half_height_) / std::tan(radians(field_of_view_degrees / 2));
-  const double tx = used_part * half_width_ / focus, ty = used_part * half_height_ / focus;
   // Relative to the middle, so that a far-off-centre model loses no digits.
   const Vec3 middle{extent.x.middle(), extent.y.middle(), extent.z.middle()};
-  Range left, right, below, above;
-  for_each_position(model, [&](Vec3f position) {
-    const Vec3 p = widen(position);
-    const Vec3 v = Vec3{dot(p, right_), dot(p, up_), dot(p, back_)} - middle;
-    right.include(v.x + tx * v.z);
-    left.include(-v.x + tx * v.z);
-    above.include(v.y + ty * v.z);
-    below.include(-v.y + ty * v.z);
-  });
+  const auto measure = [&](Reach& x, Reach& y) {
+    for_each_position(model, [&](Vec3f position) {
+      const Vec3 p = widen(position);
+      const Vec3 v = Vec3{dot(p, right_), dot(p, up_), dot(p, back_)} - middle;
+      x.include(v.x, v.z);
+      y.include(v.y, v.z);
+    });
+  };
+  // As near as the sides of the window allow, less the margin.
+  Reach x(used_part * half_width_ / focus), y(used_part * half_height_ / focus);
+  measure(x, y);
   const double size = extent.size();
-  const double eye_z = std::max({(right.high + left.high) / (2 * tx),
-                                 (above.high + below.high) / (2 * ty),
-                                 extent.z.size() / 2 + least_approach * size}) *
-                       options.distance;
-  const Vec3 seen = middle + Vec3{(right.high - left.high) / 2, (above.high - below.high) / 2, eye_z};
+  const double fit_z =
+      std::max({x.nearest_eye(), y.nearest_eye(), extent.z.size() / 2 + least_approach * size});
+  // One way there is room to spare: sides that also touch there bring the model to the middle.
+  // Each step goes to the outermost points of the step before, and few are ever needed.
+  constexpr int most_steps = 8;
+  for (int step = 0; step < most_steps; ++step) {
+    Reach closer_x(x.slope_from(fit_z)), closer_y(y.slope_from(fit_z));
+    if (closer_x.slope() == x.slope() && closer_y.slope() == y.slope()) break;
+    measure(closer_x, closer_y);
+    x = closer_x;
+    y = closer_y;
+  }
+  const double eye_z = fit_z * options.distance;
+  const Vec3 seen = middle + Vec3{x.middle(), y.middle(), eye_z};
   eye_ = right_ * seen.x + up_ * seen.y + back_ * seen.z;
   scale_ = focus * options.zoom;
   near_ = std::max(eye_z - extent.z.size() / 2 - near_slack * size, least_near * size);
@@ -135,7 +178,7 @@ Vec3 View::to_eye(Vec3f position) const {
 KT_Point View::to_device(Vec3 eye_point) const {
   const double scale = orthographic_ ? scale_ : scale_ / eye_point.z;
   // In perspective it is the inverse of the distance that is linear across the device.
-  const double part = orthographic_ ? (eye_point.z - near_) / (far_ - near_)
+  const double part = orthographic_  ? (eye_point.z - near_) / (far_ - near_)
                       : far_ > near_ ? far_ * (eye_point.z - near_) / (eye_point.z * (far_ - near_))
                                      : 0;
   const Vec3 device{half_width_ + scale * eye_point.x, half_height_ + scale * eye_point.y,

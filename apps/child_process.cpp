@@ -110,7 +110,8 @@ class Child {
       if (got == 0) return Child_End::answered;
       if (got < 0 && errno == EINTR) continue;
       if (got < 0) return Child_End::broke_off;
-      if (static_cast<std::size_t>(got) > longest - answer.size()) return Child_End::answer_too_long;
+      if (static_cast<std::size_t>(got) > longest - answer.size())
+        return Child_End::answer_too_long;
       answer.insert(answer.end(), buffer.begin(), buffer.begin() + got);
     }
   }
@@ -133,9 +134,12 @@ class Child {
     if (WIFSIGNALED(status))
       return WTERMSIG(status) == SIGXCPU ? Child_End::out_of_time : Child_End::crashed;
     switch (WEXITSTATUS(status)) {
-      case status_answered: return Child_End::answered;
-      case status_out_of_memory: return Child_End::out_of_memory;
-      default: return Child_End::broke_off;
+      case status_answered:
+        return Child_End::answered;
+      case status_out_of_memory:
+        return Child_End::out_of_memory;
+      default:
+        return Child_End::broke_off;
     }
   }
 

@@ -28,12 +28,12 @@ struct Child_Limits {
 };
 
 enum class Child_End {
-  answered,        // the job returned; `answer` is all it sent
-  crashed,         // a signal ended it, see `signal`
+  answered,  // the job returned; `answer` is all it sent
+  crashed,   // a signal ended it, see `signal`
   out_of_time,
-  out_of_memory,   // an allocation failed
+  out_of_memory,  // an allocation failed
   answer_too_long,
-  broke_off,       // it ended by itself in some other way
+  broke_off,  // it ended by itself in some other way
 };
 
 struct Child_Result {

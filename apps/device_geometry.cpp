@@ -63,8 +63,8 @@ class Mesh_Projector {
       const Corners corners = strip_triangle(t);
       const std::uint32_t a = strip[corners.a], b = strip[corners.b], c = strip[corners.c];
       const Vec3 at_a = widen(mesh.vertices[a].position);
-      const Vec3 facet = cross(widen(mesh.vertices[b].position) - at_a,
-                               widen(mesh.vertices[c].position) - at_a);
+      const Vec3 facet =
+          cross(widen(mesh.vertices[b].position) - at_a, widen(mesh.vertices[c].position) - at_a);
       const Vec3 viewer = view_.toward_eye(mesh.vertices[a].position);
       // A facet is plane: what the viewer sees of it is the side that faces him.
       const Vec3 normal = normalized(dot(facet, viewer) < 0 ? -facet : facet);
@@ -88,10 +88,9 @@ class Mesh_Projector {
   void add_clipped(std::span<const std::uint32_t> strip) {
     for (std::size_t t = 0; t + 2 < strip.size(); ++t) {
       const Corners corners = strip_triangle(t);
-      const Clipped_Strip clipped =
-          clip_near({placed_[strip[corners.a]], placed_[strip[corners.b]],
-                     placed_[strip[corners.c]]},
-                    view_.near_plane());
+      const Clipped_Strip clipped = clip_near(
+          {placed_[strip[corners.a]], placed_[strip[corners.b]], placed_[strip[corners.c]]},
+          view_.near_plane());
       if (clipped.count < 3) continue;
       points_.clear();
       point_colors_.clear();
@@ -108,8 +107,8 @@ class Mesh_Projector {
       const bool faces_away = triangle_faces_away(points, first);
       while (end < triangles && triangle_faces_away(points, end) == faces_away) ++end;
       const std::size_t count = end - first + 2;
-      result_.add(points.subspan(first, count),
-                  colors.subspan(first, result_.color_count(count)), faces_away);
+      result_.add(points.subspan(first, count), colors.subspan(first, result_.color_count(count)),
+                  faces_away);
     }
   }
 

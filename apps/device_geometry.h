@@ -57,8 +57,7 @@ class Device_Geometry {
 KT_RGB32 device_color(const Color& color);
 
 // `opacity` from 0 to 1 becomes the alpha of every colour.
-Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode,
-                                float opacity = 1);
+Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode, float opacity = 1);
 
 // The same triangles one by one, the farthest first: for drawing without a depth buffer.
 Device_Geometry back_to_front(const Device_Geometry& geometry);

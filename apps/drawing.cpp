@@ -11,7 +11,9 @@ namespace kv {
 
 KT_Palette cube_palette(int steps) {
   if (steps == 6) return KD_Cube_Palette();
-  const auto channel = [&](int step) { return static_cast<std::uint8_t>(step * 255 / (steps - 1)); };
+  const auto channel = [&](int step) {
+    return static_cast<std::uint8_t>(step * 255 / (steps - 1));
+  };
   std::vector<KT_RGB32> colors;
   for (int red = 0; red < steps; ++red) {
     for (int green = 0; green < steps; ++green) {

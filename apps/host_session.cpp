@@ -20,16 +20,19 @@ std::string without_name(const std::string& error, const std::string& path) {
 
 std::int32_t bytes_a_pixel(KT_Image_Format format) {
   switch (format) {
-    case KT_Image_Format::mapped: return 1;
-    case KT_Image_Format::depth: return 2;
-    default: return 4;
+    case KT_Image_Format::mapped:
+      return 1;
+    case KT_Image_Format::depth:
+      return 2;
+    default:
+      return 4;
   }
 }
 
 }  // namespace
 
-Host_Session::Host_Session(const std::string& module_path, const Variant& variant,
-                           const Size& size, const Drawing& drawing, const Color& background)
+Host_Session::Host_Session(const std::string& module_path, const Variant& variant, const Size& size,
+                           const Drawing& drawing, const Color& background)
     : module_path_(module_path),
       variant_(variant),
       size_(size),
@@ -151,8 +154,7 @@ void Host_Session::draw_strips(const Device_Geometry& geometry) {
 Picture Host_Session::read_picture() {
   Picture picture(size_.width, size_.height);
   const auto own = variant_.direct_color ? KT_Image_Format::rgb32 : KT_Image_Format::mapped;
-  const std::int32_t row_bytes = bytes_a_pixel(own) * size_.width;
-  KT_Shared_Image image(size_.width, size_.height, own, row_bytes, nullptr, false);
+  KT_Shared_Image image;  // left to the module to make: what stays null was not read
   const KT_DCI_Point left_top{0, size_.height - 1, 0}, right_bottom{size_.width - 1, 0, 0};
   call<KT_Action::Get_Image>(rendition_, &left_top, &right_bottom, &own, &image);
   if (!image || image->format != own || image->width != size_.width ||

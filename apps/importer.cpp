@@ -120,8 +120,7 @@ Mesh mesh_of(const Instance& instance, Format format, std::uint32_t own_color_ma
   const aiMatrix3x3 of_normals = aiMatrix3x3(linear).Inverse().Transpose();
   const bool has_colors = source.HasVertexColors(0);
   Mesh mesh;
-  mesh.material =
-      has_colors && format != Format::gltf ? own_color_material : source.mMaterialIndex;
+  mesh.material = has_colors && format != Format::gltf ? own_color_material : source.mMaterialIndex;
   // The normals of STL are those of its facets and say nothing of the smooth surface.
   mesh.has_normals = source.HasNormals() && format != Format::stl;
   mesh.vertices.resize(source.mNumVertices);
@@ -162,8 +161,9 @@ void import_model(const std::string& path, std::size_t most_triangles, const Chi
   Assimp::Importer importer;
   keep_wanted_formats(importer);
   const aiScene* scene = importer.ReadFile(path, aiProcess_Triangulate);
-  if (!scene) return send(encode_refusal(std::string("cannot be read as a model: ") +
-                                         importer.GetErrorString()));
+  if (!scene)
+    return send(
+        encode_refusal(std::string("cannot be read as a model: ") + importer.GetErrorString()));
   const std::vector<Instance> instances = instances_of(*scene);
   if (const std::string objection = objection_to(instances, most_triangles); !objection.empty())
     return send(encode_refusal(objection));

@@ -41,7 +41,8 @@ std::string default_module() {
 }
 
 void check_not_same_file(const Options& options) {
-  struct stat model {}, picture {};
+  struct stat model {
+  }, picture{};
   if (stat(options.model_path.c_str(), &model) != 0) return;
   if (stat(options.picture_path.c_str(), &picture) != 0) return;
   if (model.st_dev == picture.st_dev && model.st_ino == picture.st_ino)
@@ -56,8 +57,8 @@ void run(const Options& options) {
   Host_Session session(options.module_path, options.variant, options.size, options.drawing,
                        options.background);
   const View view(options.camera, options.size.width, options.size.height, scene.model);
-  session.draw(device_geometry(scene, view, options.mode,
-                               static_cast<float>(options.drawing.opacity)));
+  session.draw(
+      device_geometry(scene, view, options.mode, static_cast<float>(options.drawing.opacity)));
   write_picture_file(options.picture_path, session.read_picture());
 }
 
@@ -82,8 +83,8 @@ int main(int argc, char** argv) {
   } catch (const Failure& failure) {
     return report(failure);
   } catch (const std::bad_alloc&) {
-    return report({Exit_Code::output, picture_path, "there is no memory to draw it",
-                   "try a smaller --size"});
+    return report(
+        {Exit_Code::output, picture_path, "there is no memory to draw it", "try a smaller --size"});
   } catch (const std::exception& error) {
     return report({Exit_Code::output, picture_path, error.what()});
   }

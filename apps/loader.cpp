@@ -26,7 +26,9 @@ namespace {
   throw Failure(Exit_Code::input, path, what, hint);
 }
 
-std::string megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + " MB"; }
+std::string megabytes(std::size_t bytes) {
+  return std::to_string(bytes >> 20) + " MB";
+}
 
 // What can be said without parsing, in words better than a parser's.
 void check_file(const std::string& path, const Load_Limits& limits) {
@@ -53,8 +55,10 @@ void check_end(const std::string& path, const Load_Limits& limits, const Child_R
   std::ostringstream seconds;
   seconds << limits.seconds;
   switch (result.end) {
-    case Child_End::answered: return;
-    case Child_End::crashed: refuse_crash(path, result.signal);
+    case Child_End::answered:
+      return;
+    case Child_End::crashed:
+      refuse_crash(path, result.signal);
     case Child_End::out_of_time:
       refuse(path, "loading took longer than the " + seconds.str() + " s allowed",
              "--load-seconds raises the limit");
@@ -63,7 +67,8 @@ void check_end(const std::string& path, const Load_Limits& limits, const Child_R
              "--load-memory raises the limit");
     case Child_End::answer_too_long:
       refuse(path, "the model is too large", "--max-triangles raises the limit");
-    case Child_End::broke_off: refuse(path, "the loader broke off", "the file is damaged");
+    case Child_End::broke_off:
+      refuse(path, "the loader broke off", "the file is damaged");
   }
   refuse(path, "the loader ended in an unknown way");
 }
@@ -77,9 +82,8 @@ std::size_t answer_bytes(std::size_t triangles) {
 Model run_loader(const std::string& path, const Load_Limits& limits) {
   const Child_Limits child_limits{limits.seconds, limits.memory_bytes,
                                   answer_bytes(limits.triangles)};
-  Child_Result result = run_in_child(child_limits, [&](const Child_Send& send) {
-    import_model(path, limits.triangles, send);
-  });
+  Child_Result result = run_in_child(
+      child_limits, [&](const Child_Send& send) { import_model(path, limits.triangles, send); });
   check_end(path, limits, result);
   Loader_Answer answer = decode_answer(result.answer);
   if (!answer.refusal.empty()) refuse(path, answer.refusal);
@@ -94,7 +98,8 @@ Model load_model(const std::string& path, const Load_Limits& limits) {
     Model model = run_loader(path, limits);
     check_model(model, limits.triangles);
     for (Mesh& mesh : model.meshes) repair_mesh(mesh);
-    if (triangle_count(model) == 0) refuse(path, "the model has no triangle", "there is nothing to draw");
+    if (triangle_count(model) == 0)
+      refuse(path, "the model has no triangle", "there is nothing to draw");
     return model;
   } catch (const Failure&) {
     throw;

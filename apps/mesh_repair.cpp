@@ -44,8 +44,8 @@ void unify_zeros(Mesh& mesh) {
 // Which triangles meet in each place, places being vertices with the same position.
 struct Meeting {
   std::vector<std::uint32_t> place_of_vertex;  // of those in use
-  std::vector<std::uint32_t> first;      // by place, and one more
-  std::vector<std::uint32_t> triangles;  // sorted by place
+  std::vector<std::uint32_t> first;            // by place, and one more
+  std::vector<std::uint32_t> triangles;        // sorted by place
 };
 
 Meeting meeting_of(const Mesh& mesh) {
@@ -57,7 +57,8 @@ Meeting meeting_of(const Mesh& mesh) {
       meshopt_generateVertexRemapMulti(meeting.place_of_vertex.data(), mesh.indices.data(),
                                        mesh.indices.size(), vertices, &positions, 1);
   meeting.first.assign(places + 1, 0);
-  for (const std::uint32_t vertex : mesh.indices) ++meeting.first[meeting.place_of_vertex[vertex] + 1];
+  for (const std::uint32_t vertex : mesh.indices)
+    ++meeting.first[meeting.place_of_vertex[vertex] + 1];
   for (std::size_t p = 0; p < places; ++p) meeting.first[p + 1] += meeting.first[p];
   meeting.triangles.resize(mesh.indices.size());
   std::vector<std::uint32_t> next(meeting.first.begin(), meeting.first.end() - 1);
@@ -94,9 +95,8 @@ void make_normals(Mesh& mesh) {
   for (std::size_t corner = 0; corner < corners.size(); ++corner) {
     const std::uint32_t vertex = mesh.indices[corner];
     const std::uint32_t place = meeting.place_of_vertex[vertex];
-    const std::span<const std::uint32_t> around(
-        meeting.triangles.data() + meeting.first[place],
-        meeting.first[place + 1] - meeting.first[place]);
+    const std::span<const std::uint32_t> around(meeting.triangles.data() + meeting.first[place],
+                                                meeting.first[place + 1] - meeting.first[place]);
     corners[corner] = mesh.vertices[vertex];
     corners[corner].normal = narrow(corner_normal(facets, directions, around, corner / 3));
   }

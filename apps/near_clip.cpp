@@ -12,8 +12,7 @@ float between(float from, float to, double part) {
 // Where the edge from a kept to a dropped point crosses the plane. Always asked in that direction,
 // so that two triangles get the same point on their common edge.
 Eye_Point crossing(const Eye_Point& kept, const Eye_Point& dropped, double near_plane) {
-  const double part =
-      (kept.position.z - near_plane) / (kept.position.z - dropped.position.z);
+  const double part = (kept.position.z - near_plane) / (kept.position.z - dropped.position.z);
   Eye_Point point;
   point.position = kept.position + (dropped.position - kept.position) * part;
   point.position.z = near_plane;

@@ -30,7 +30,7 @@ Color color_of(std::uint32_t rgb) {
 }
 
 constexpr std::pair<std::string_view, std::uint32_t> named_colors[] = {
-    {"white", 0xffffff}, {"black", 0x000000}, {"gray", 0x808080},  {"grey", 0x808080},
+    {"white", 0xffffff}, {"black", 0x000000}, {"gray", 0x808080}, {"grey", 0x808080},
     {"red", 0xff0000},   {"green", 0x008000}, {"blue", 0x0000ff},
 };
 
@@ -52,7 +52,8 @@ Color parse_color(const std::string& text) {
     if (text == name) return color_of(rgb);
   if (text.size() == 7 && text[0] == '#')
     if (const auto rgb = number_in(std::string_view(text).substr(1), 16)) return color_of(*rgb);
-  throw std::invalid_argument("'" + text + "' is no colour; write #RRGGBB or white, black, gray, "
+  throw std::invalid_argument("'" + text +
+                              "' is no colour; write #RRGGBB or white, black, gray, "
                               "red, green, blue");
 }
 

@@ -43,8 +43,7 @@ CLI::Option* add_choice(CLI::App& app, const std::string& name, Value& target,
   for (const auto& [word, value] : words) list += (list.empty() ? "" : "|") + word;
   const auto parse = [&words, list](const std::string& text) {
     const auto found = words.find(text);
-    if (found == words.end())
-      throw std::invalid_argument("'" + text + "' is none of " + list);
+    if (found == words.end()) throw std::invalid_argument("'" + text + "' is none of " + list);
     return found->second;
   };
   return add_parsed<Value>(app, name, target, parse, help)->type_name(list);

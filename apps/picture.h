@@ -13,7 +13,9 @@ struct Picture {
   std::vector<std::uint8_t> pixels;
 
   Picture(int w, int h)
-      : width(w), height(h), pixels(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 3) {}
+      : width(w),
+        height(h),
+        pixels(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 3) {}
 
   std::uint8_t* row(int y) {
     return pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width) * 3;

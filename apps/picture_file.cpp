@@ -93,8 +93,7 @@ void write_directly(const std::string& path, const Picture& picture) {
 class Temporary_File {
  public:
   Temporary_File(const std::filesystem::path& target, const std::string& shown)
-      : name_(hidden_beside(target)),
-        file_(mkostemp(name_.data(), O_CLOEXEC)) {
+      : name_(hidden_beside(target)), file_(mkostemp(name_.data(), O_CLOEXEC)) {
     if (file_ < 0) fail(shown, errno);
   }
   Temporary_File(const Temporary_File&) = delete;

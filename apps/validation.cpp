@@ -8,7 +8,9 @@
 namespace kv {
 namespace {
 
-[[noreturn]] void refuse(const std::string& what) { throw std::runtime_error(what); }
+[[noreturn]] void refuse(const std::string& what) {
+  throw std::runtime_error(what);
+}
 
 float clamped(float component) {
   return std::isnan(component) ? 0.0f : std::clamp(component, 0.0f, 1.0f);

@@ -118,14 +118,17 @@ Loader_Answer decode_answer(std::span<const std::byte> bytes) {
   Reader reader(bytes);
   Loader_Answer answer;
   switch (static_cast<Kind>(reader.number())) {
-    case Kind::model: answer.model = read_model(reader); break;
+    case Kind::model:
+      answer.model = read_model(reader);
+      break;
     case Kind::refusal: {
       const std::vector<char> text = reader.all<char>(reader.number());
       answer.refusal.assign(text.begin(), text.end());
       if (answer.refusal.empty()) answer.refusal = "no reason given";
       break;
     }
-    default: throw std::runtime_error("the answer is of no known kind");
+    default:
+      throw std::runtime_error("the answer is of no known kind");
   }
   if (!reader.at_end()) throw std::runtime_error("the answer goes on after its end");
   return answer;

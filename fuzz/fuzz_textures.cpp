@@ -11,8 +11,8 @@
 
 using fuzz::Lamp;
 using fuzz::Random;
-using fuzz::record;
 using fuzz::Standard_Call;
+using fuzz::witness;
 using model::Layer;
 using model::Light_Asked;
 using model::Variant;
@@ -24,7 +24,7 @@ KT_Basic_Material::KT_Basic_Material() : KT_Handle(new Lamp) {}
   void KD_Standard_##name(KT_Renderer_Data*, const KT_Rendition&, int count, const Point* points, \
                           const KT_RGB32* colors, const KT_Parameter* parameters, int width,      \
                           const float* extra_floats, const KT_Vector* vectors) {                  \
-    record.standard.push_back(                                                                    \
+    witness.standard.push_back(                                                                   \
         {KT_Action::name, count, points, colors, parameters, width, extra_floats, vectors});      \
   }
 RECORD_TEXTURED(Draw_2D_Textured_Polytriangle, KT_Point)
@@ -34,7 +34,7 @@ RECORD_TEXTURED(Draw_DCI_Textured_Polytriangle, KT_DCI_Point)
 // The wide edges of a strip come here.
 void KD_Standard_Draw_2DI_Polyline(KT_Renderer_Data*, const KT_Rendition&, int count,
                                    const KT_DCI_Point* points) {
-  record.polylines.push_back({points, points + count});
+  witness.polylines.push_back({points, points + count});
 }
 
 namespace {
@@ -126,7 +126,7 @@ struct Test {
     source->modulate = texture.modulate;
     auto& drawn = scene.rendition.edit(&KT_Rendition_Data::material);
     drawn.basic_material.reset(material.get());
-    drawn.lighting = random.once_in(3) ? &record : nullptr;
+    drawn.lighting = random.once_in(3) ? &witness : nullptr;
   }
 
   /// Half the strips are the scene's, the others zigzag in narrow steps.
@@ -282,28 +282,28 @@ std::string Test::road_difference(const model::Textured_Outcome& outcome) const 
                  call.parameters, call.parameter_width, extras(), call.vectors}};
   }
   std::string text;
-  if (record.standard != expected)
-    text += expected.empty()          ? "  a general routine drew unasked\n"
-            : record.standard.empty() ? "  the general routine was not called\n"
-                                      : "  the general routine got other arguments\n";
-  if (record.polylines.empty() != (outcome.kind != Outcome::edges))
+  if (witness.standard != expected)
+    text += expected.empty()           ? "  a general routine drew unasked\n"
+            : witness.standard.empty() ? "  the general routine was not called\n"
+                                       : "  the general routine got other arguments\n";
+  if (witness.polylines.empty() != (outcome.kind != Outcome::edges))
     text += outcome.kind == Outcome::edges ? "  no edges were drawn\n" : "  edges were drawn\n";
-  else if (!record.polylines.empty() && record.polylines[0] != outcome.points)
+  else if (!witness.polylines.empty() && witness.polylines[0] != outcome.points)
     text += "  the edges are of other points\n";
-  if (!outcome.asks_texture && record.texture_asked != 0)
+  if (!outcome.asks_texture && witness.texture_asked != 0)
     text += "  the material was asked for its texture\n";
-  if (record.wrong_arguments) text += "  a material or texture was asked with other arguments\n";
+  if (witness.wrong_arguments) text += "  a material or texture was asked with other arguments\n";
   return text;
 }
 
 std::string Test::light_difference(const model::Textured_Outcome& outcome) const {
-  if (record.strange_rendition) return "  light was asked under another rendition\n";
+  if (witness.strange_rendition) return "  light was asked under another rendition\n";
   const auto same = [](const Light_Asked& a, const Light_Asked& b) {
     return a.color == b.color && a.specular_color == b.specular_color && a.vector.x == b.vector.x &&
            a.vector.y == b.vector.y && a.vector.z == b.vector.z;
   };
-  if (std::ranges::equal(record.light, outcome.light, same)) return {};
-  return "  light was asked " + std::to_string(record.light.size()) + " times and not as in " +
+  if (std::ranges::equal(witness.light, outcome.light, same)) return {};
+  return "  light was asked " + std::to_string(witness.light.size()) + " times and not as in " +
          std::to_string(outcome.light.size()) + " expected questions\n";
 }
 
@@ -313,7 +313,7 @@ std::string Test::run(const KT_Renderer_Module& module) {
     setting.renderer->options().set_alpha_blending(true);
     setting.renderer->establish();
   }
-  record = {};
+  witness = {};
   fuzz::drawn_rendition = &scene.rendition;
   const int lamps = Lamp::living;
   const KT_Material* const before = scene.rendition->material.get();

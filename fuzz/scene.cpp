@@ -61,6 +61,7 @@ void random_points(Random& random, model::Call& call, int count, const KT_Int_Re
   const bool all_far = reach > 3 && random.once_in(2);
   const int z_base = random.range(0, 65535);
   const int z_spread = random.pick({0, 3, 500, 65535, 65535});
+  const bool wild_depth = random.once_in(25);
   for (int i = 0; i < count; ++i) {
     const int farthest = all_far             ? reach
                          : random.once_in(2) ? random.range(0, reach)
@@ -77,7 +78,7 @@ void random_points(Random& random, model::Call& call, int count, const KT_Int_Re
            random.pick({-1, 1}) * random.range(29000, 90000), 0};
     if (i > 0 && random.once_in(3)) {
       const KT_DCI_Point& before = call.points.back();
-      switch (random.range(0, 3)) {
+      switch (random.range(0, 4)) {
         case 0:
           p = before;
           break;
@@ -86,6 +87,9 @@ void random_points(Random& random, model::Call& call, int count, const KT_Int_Re
           break;
         case 2:
           p.x = before.x;
+          break;
+        case 3:  // the edge from the point before is cut at -4000 in its very middle
+          if (reach > 2) p.x = -8000 - before.x;
           break;
         default:
           p = {before.x + random.range(-2, 2), before.y + random.range(-8, 8), 0};
@@ -98,6 +102,7 @@ void random_points(Random& random, model::Call& call, int count, const KT_Int_Re
     if (i > 1 && random.once_in(6)) p.y = call.points[static_cast<std::size_t>(i) - 2].y;
     p.z = std::clamp(z_base + random.range(-z_spread, z_spread), 0, 65535);
     if (random.once_in(20)) p.z = random.pick({0, 65535});
+    if (wild_depth) p.z = random.range(-2000000000, 2000000000);
     call.points.push_back(p);
   }
 }

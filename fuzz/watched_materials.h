@@ -23,7 +23,7 @@ struct Standard_Call {
 };
 
 /// What the module did besides drawing.
-struct Record {
+struct Witness {
   std::vector<Standard_Call> standard;
   std::vector<std::vector<KT_DCI_Point>> polylines;
   std::vector<model::Light_Asked> light;
@@ -31,7 +31,7 @@ struct Record {
   bool wrong_arguments = false;    // of a question to a material or a texture
   bool strange_rendition = false;  // that light was asked under
 };
-inline Record record;
+inline Witness witness;
 
 /// What the primitive is drawn with.
 inline const KT_Rendition* drawn_rendition = nullptr;
@@ -66,17 +66,17 @@ class Lamp : public KT_Material_Object {
   }
   void shade(float result[3], const KT_Rendition& r, const KT_Vector& v, int a, int b, int c, int d,
              int e) override {
-    record.wrong_arguments |= a != 0 || b != 0 || c != 0 || d != 1 || e != 0;
+    witness.wrong_arguments |= a != 0 || b != 0 || c != 0 || d != 1 || e != 0;
     const KT_Rendition_Data& before = **drawn_rendition;
     const KT_Material& m = *r->material;
-    record.strange_rendition |= m.basic_material.get() != this ||
-                                m.textured_material.get() != this ||
-                                m.contrast_color != before.material->contrast_color ||
-                                m.lighting != before.material->lighting || r.get() == &before ||
-                                r->misc_attributes.get() != before.misc_attributes.get() ||
-                                r->display_context.get() != before.display_context.get();
+    witness.strange_rendition |= m.basic_material.get() != this ||
+                                 m.textured_material.get() != this ||
+                                 m.contrast_color != before.material->contrast_color ||
+                                 m.lighting != before.material->lighting || r.get() == &before ||
+                                 r->misc_attributes.get() != before.misc_attributes.get() ||
+                                 r->display_context.get() != before.display_context.get();
     const model::Light specular{specular_color[0], specular_color[1], specular_color[2]};
-    record.light.push_back({m.color, specular, v});
+    witness.light.push_back({m.color, specular, v});
     const model::Light light = fuzz::shade(m.color, specular, v);
     std::copy_n(light.begin(), 3, result);
   }
@@ -87,7 +87,7 @@ class Watched_Texture : public KT_Texture_Source_Data {
   KT_Shared_Image held;
   KT_Counted* clone() const override { return nullptr; }
   KT_Shared_Image& image(KT_Shared_Image& result, int a, int b, int c) override {
-    record.wrong_arguments |= a != 0 || b != 0 || c != 0;
+    witness.wrong_arguments |= a != 0 || b != 0 || c != 0;
     result = held;
     return result;
   }
@@ -100,13 +100,13 @@ class Textured_Material : public KT_Material_Object {
   KT_Counted* clone() const override { return nullptr; }
   KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
   KT_Texture_Source& texture(KT_Texture_Source& result, int a, int b, int c) override {
-    ++record.texture_asked;
-    record.wrong_arguments |= a != 0 || b != 0 || c != 0;
+    ++witness.texture_asked;
+    witness.wrong_arguments |= a != 0 || b != 0 || c != 0;
     result = source;
     return result;
   }
   void shade(float*, const KT_Rendition&, const KT_Vector&, int, int, int, int, int) override {
-    record.strange_rendition = true;
+    witness.strange_rendition = true;
   }
 };
 

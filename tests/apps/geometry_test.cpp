@@ -1,5 +1,3 @@
-#include "apps/device_geometry.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include <map>
 #include <random>
 
+#include "apps/device_geometry.h"
 #include "apps/mesh_repair.h"
 #include "tests/apps/shapes.h"
 
@@ -48,8 +47,9 @@ TEST(Strips, hold_every_triangle_once_with_its_winding) {
   std::mt19937 random(3);
   while (soup.indices.size() < 3 * 900) {
     const auto a = static_cast<std::uint32_t>(random() % 50);
-    soup.indices.insert(soup.indices.end(), {a, (a + 1 + static_cast<std::uint32_t>(random() % 20)) % 50,
-                                             (a + 21 + static_cast<std::uint32_t>(random() % 20)) % 50});
+    soup.indices.insert(soup.indices.end(),
+                        {a, (a + 1 + static_cast<std::uint32_t>(random() % 20)) % 50,
+                         (a + 21 + static_cast<std::uint32_t>(random() % 20)) % 50});
   }
   meshes.push_back(soup);
   for (const Mesh& mesh : meshes) {

@@ -37,7 +37,8 @@ TEST_F(Child_Process, a_long_answer_arrives_whole) {
   std::vector<std::byte> sent(3'000'000);
   for (std::size_t i = 0; i < sent.size(); ++i) sent[i] = static_cast<std::byte>(i * 7);
   const Child_Result result = run_in_child({}, [&](const Child_Send& send) {
-    for (std::size_t i = 0; i < sent.size(); i += 500'000) send(std::span(sent).subspan(i, 500'000));
+    for (std::size_t i = 0; i < sent.size(); i += 500'000)
+      send(std::span(sent).subspan(i, 500'000));
   });
   EXPECT_EQ(result.end, Child_End::answered);
   EXPECT_EQ(result.answer, sent);
@@ -55,19 +56,19 @@ TEST_F(Child_Process, a_crash_leaves_no_answer) {
 
 TEST_F(Child_Process, every_kind_of_hang_ends) {
   const Child_Limits limits{0.3, std::size_t{1} << 30, 1000};
-  const std::vector<Child_Job> jobs = {
-      [](const Child_Send&) { sleep(1000); },
-      [](const Child_Send& send) {
-        send(std::span(&some_byte, 1));
-        sleep(1000);
-      },
-      [](const Child_Send&) {
-        for (int file = 3; file < 100; ++file) close(file);  // the answer ends, the process does not
-        sleep(1000);
-      },
-      [](const Child_Send&) {
-        for (std::atomic<bool> forever = true; forever;) continue;
-      }};
+  const std::vector<Child_Job> jobs = {[](const Child_Send&) { sleep(1000); },
+                                       [](const Child_Send& send) {
+                                         send(std::span(&some_byte, 1));
+                                         sleep(1000);
+                                       },
+                                       [](const Child_Send&) {
+                                         for (int file = 3; file < 100; ++file)
+                                           close(file);  // the answer ends, the process does not
+                                         sleep(1000);
+                                       },
+                                       [](const Child_Send&) {
+                                         for (std::atomic<bool> forever = true; forever;) continue;
+                                       }};
   for (const Child_Job& job : jobs) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(run_in_child(limits, job).end, Child_End::out_of_time);

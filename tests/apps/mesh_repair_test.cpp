@@ -20,8 +20,7 @@ TEST(Mesh_Repair, edges_stay_sharp_and_round_surfaces_become_smooth) {
   Mesh sphere = shapes::sphere(24);
   repair_mesh(sphere);
   EXPECT_LT(sphere.vertices.size(), 24u * 48 + 60);
-  for (const Vertex& v : sphere.vertices)
-    EXPECT_GT(dot(widen(v.normal), widen(v.position)), 0.99);
+  for (const Vertex& v : sphere.vertices) EXPECT_GT(dot(widen(v.normal), widen(v.position)), 0.99);
 }
 
 TEST(Mesh_Repair, joins_a_soup_of_triangles_even_across_signed_zeros) {

@@ -11,7 +11,9 @@ namespace {
 using namespace kv;
 
 // Twice the signed area seen along z.
-double signed_area(Vec3 a, Vec3 b, Vec3 c) { return cross(b - a, c - a).z; }
+double signed_area(Vec3 a, Vec3 b, Vec3 c) {
+  return cross(b - a, c - a).z;
+}
 
 double strip_area(const Clipped_Strip& strip) {
   double area = 0;
@@ -23,7 +25,9 @@ double strip_area(const Clipped_Strip& strip) {
   return area;
 }
 
-Eye_Point point(double x, double y, double z, float red = 0) { return {{x, y, z}, {red, 0, 0, 1}}; }
+Eye_Point point(double x, double y, double z, float red = 0) {
+  return {{x, y, z}, {red, 0, 0, 1}};
+}
 
 TEST(Near_Clip, keeps_or_drops_what_is_on_one_side) {
   EXPECT_EQ(clip_near({point(0, 0, 2), point(1, 0, 1), point(0, 1, 3)}, 1).count, 3u);
@@ -31,7 +35,8 @@ TEST(Near_Clip, keeps_or_drops_what_is_on_one_side) {
 }
 
 TEST(Near_Clip, interpolates_position_and_colour_at_the_plane) {
-  const Clipped_Strip strip = clip_near({point(0, 0, 3, 1), point(4, 0, -1, 0), point(0, 4, 3, 1)}, 1);
+  const Clipped_Strip strip =
+      clip_near({point(0, 0, 3, 1), point(4, 0, -1, 0), point(0, 4, 3, 1)}, 1);
   ASSERT_EQ(strip.count, 4u);
   bool found = false;
   for (const Eye_Point& p : strip.span())

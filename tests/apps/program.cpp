@@ -47,7 +47,9 @@ Program::Program() {
   folder_ = name;
 }
 
-Program::~Program() { std::filesystem::remove_all(folder_); }
+Program::~Program() {
+  std::filesystem::remove_all(folder_);
+}
 
 Outcome Program::run(const std::vector<std::string>& arguments,
                      unsigned long most_file_bytes) const {

@@ -1,11 +1,11 @@
 // What the program says and how it ends when something is wrong.
+#include "tests/apps/program.h"
+
 #include <sys/stat.h>
 
 #include <chrono>
 #include <fstream>
 #include <sstream>
-
-#include "tests/apps/program.h"
 
 namespace {
 
@@ -79,7 +79,8 @@ TEST_F(Bad_Model, is_cut_short_or_has_damaged_bytes) {
         write(name, content);
         const std::set<std::string> before = files();
         const Outcome outcome =
-            run({name, "-o", "out.png", "--size", "40x30", "--module", RENDERER_MODULE});
+            run({name, "-o", "out.png", "--size", "40x30", "--module", RENDERER_MODULE,
+                 "--load-seconds", "1", "--load-memory", "512"});
         SCOPED_TRACE(name + " at " + std::to_string(at) + ": " + outcome.errors);
         ASSERT_TRUE(outcome.exit_code == 0 || outcome.exit_code == 1) << outcome.exit_code;
         refused += outcome.exit_code;

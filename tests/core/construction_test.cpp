@@ -90,10 +90,18 @@ void expect_default(const KT_Option_Table& table, const Row& row) {
   ASSERT_NE(option, nullptr);
   EXPECT_EQ(option->scope, row.scope);
   const KT_Option_Value_Data& value = *option->value;
-  if (row.kind == boolean) EXPECT_EQ(value.as_bool(), row.value != 0);
-  if (row.kind == integer) EXPECT_EQ(value.as_int(), row.value);
-  if (row.kind == pointer) EXPECT_EQ(value.pointer(), nullptr);
-  for (int i = 0; row.kind == triple && i < 3; ++i) EXPECT_EQ(value.as_ints()[i], row.value);
+  if (row.kind == boolean) {
+    EXPECT_EQ(value.as_bool(), row.value != 0);
+  }
+  if (row.kind == integer) {
+    EXPECT_EQ(value.as_int(), row.value);
+  }
+  if (row.kind == pointer) {
+    EXPECT_EQ(value.pointer(), nullptr);
+  }
+  for (int i = 0; row.kind == triple && i < 3; ++i) {
+    EXPECT_EQ(value.as_ints()[i], row.value);
+  }
 }
 
 TEST_F(Construction, MakesNineteenOptionsInTwoTables) {
@@ -119,7 +127,9 @@ TEST_F(Construction, MakesNineteenOptionsInTwoTables) {
     const bool setter = std::wstring(row.name).starts_with(L"ZBuffer");
     if (!setter) expect_default(renderer->current_option_table, row);
     const KT_Option* current = renderer->option_table().find(KT_String(row.name));
-    if (setter) EXPECT_NE(current->value->pointer(), nullptr);
+    if (setter) {
+      EXPECT_NE(current->value->pointer(), nullptr);
+    }
   }
 }
 
@@ -135,11 +145,19 @@ TEST_F(Construction, StartsFromTheStatedState) {
   EXPECT_EQ(renderer.merge_background_index, 255);
   EXPECT_EQ(renderer.merge_background_color, (KT_RGB32{0, 0, 0, 253}));
   EXPECT_EQ(renderer.merge_substitute_color, (KT_RGB32{1, 0, 0, 253}));
-  EXPECT_EQ(renderer.clone(), nullptr);
-  const wchar_t* const order[] = {L"Margin", L"Color Buffer", L"Depth Buffer", L"Mask Cache",
-                                  L"Try MMX", L"Use Mask", L"Clip Phase", L"Enable Tiling",
-                                  L"Merge Control Background Color", L"Force Merge Control On",
-                                  L"ZBuffer Write", L"ZBuffer Test"};
+  EXPECT_EQ(handle->clone(), nullptr);
+  const wchar_t* const order[] = {L"Margin",
+                                  L"Color Buffer",
+                                  L"Depth Buffer",
+                                  L"Mask Cache",
+                                  L"Try MMX",
+                                  L"Use Mask",
+                                  L"Clip Phase",
+                                  L"Enable Tiling",
+                                  L"Merge Control Background Color",
+                                  L"Force Merge Control On",
+                                  L"ZBuffer Write",
+                                  L"ZBuffer Test"};
   for (std::size_t i = 0; i < std::size(order); ++i) {
     EXPECT_EQ(renderer.renderer_options[i], renderer.renderer_option_table.find(order[i]));
     EXPECT_EQ(renderer.current_option_set[i], renderer.current_option_table.find(order[i]));
@@ -193,13 +211,13 @@ TEST(Options, RenderersBuiltFromOneAnotherShareTheMaskCache) {
   first.display().complex_clip = contour({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}});
   draw(first, Layer::int_any, Kind::flat, strip_of({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}}));
   EXPECT_EQ(second.renderer().mask_cache->count, 1);
-  second.renderer().establish();  // empties the cache of both
+  second.establish();  // empties the cache of both
   EXPECT_EQ(one.mask_cache->count, 0);
   EXPECT_EQ(one.mask_cache->head, nullptr);
 
   // Without the mask a renderer lets go of the cache; the shared option holds it for others.
   second.option(L"Use Mask").set(KT_Option_Value(false));
-  second.renderer().establish();
+  second.establish();
   EXPECT_FALSE(second.renderer().mask_cache);
   EXPECT_EQ(second.option(L"Mask Cache").value->pointer(), one.mask_cache.get());
 }

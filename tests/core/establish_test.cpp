@@ -60,10 +60,13 @@ const Row rows[] = {
     {{Clear_Color, Get_Image, Clear_Depth}, in_all},
     {{Get_Depth, Put_Depth}, {kept, kept, kept, own, own, own}},
 };
-constexpr KT_Action tiling_actions[] = {
-    Draw_2DD_Polytriangle, Draw_2DD_Colorized_Polytriangle, Draw_2DD_Gouraud_Polytriangle,
-    Draw_2DD_Textured_Polytriangle, Draw_2DD_Polyline, Draw_2DD_Colorized_Polyline,
-    Draw_2DD_Gouraud_Polyline};
+constexpr KT_Action tiling_actions[] = {Draw_2DD_Polytriangle,
+                                        Draw_2DD_Colorized_Polytriangle,
+                                        Draw_2DD_Gouraud_Polytriangle,
+                                        Draw_2DD_Textured_Polytriangle,
+                                        Draw_2DD_Polyline,
+                                        Draw_2DD_Colorized_Polyline,
+                                        Draw_2DD_Gouraud_Polyline};
 
 using Function = void (*)();
 
@@ -113,13 +116,13 @@ void expect_cell(const Session& session, KT_Action action, Cell cell) {
 }
 
 void configure(Session& session, Variant variant) {
-  KT_Renderer_Options& options = session.renderer().options();
+  KT_Renderer_Options& options = session.options();
   options.set_color_system(zbuffer::is_mapped(variant) ? KT_Color_System::mapped
                                                        : KT_Color_System::direct);
   options.set_buffer_depth(zbuffer::has_depth(variant) ? 1 : 0);
   options.set_alpha_blending(zbuffer::is_alpha(variant));
   mark_all(session.actions());
-  ASSERT_EQ(session.renderer().establish(), 0);
+  ASSERT_EQ(session.establish(), 0);
 }
 
 TEST(Establish, BindsByVariant) {
@@ -163,14 +166,14 @@ TEST(Establish, TilingBindsWhatStaysBound) {
   }
   for (const auto& [action, functions] : bound) EXPECT_EQ(functions.size(), 1U) << name_of(action);
   session.option(L"Enable Tiling").set(KT_Option_Value(false));
-  session.renderer().establish();
+  session.establish();
   for (const KT_Action action : tiling_actions) expect_cell(session, action, own);
 }
 
 TEST(Establish, KeepsImagesThatFit) {
   Session session({.variant = Variant::rgb_z, .use_mask = true});
   Software_Z_Buffer& renderer = session.renderer();
-  KT_Renderer_Options& options = renderer.options();
+  KT_Renderer_Options& options = session.options();
   const void* in_use = session.option(L"Color Buffer").value->pointer();
   EXPECT_EQ(renderer.color_image.get(), in_use);
   EXPECT_EQ(session.frame_buffers_made, 1);  // depth; colour was given
@@ -181,14 +184,14 @@ TEST(Establish, KeepsImagesThatFit) {
   const auto color = session.color->pixels(), depth = session.depth->pixels();
   const KT_Shared_Image images[] = {renderer.color_image, renderer.depth_image};
   ASSERT_EQ(renderer.mask_cache->count, 1);
-  renderer.establish();
+  session.establish();
   EXPECT_TRUE(renderer.color_image == images[0] && renderer.depth_image == images[1]);
   EXPECT_EQ(renderer.mask_cache->count, 0);
   EXPECT_TRUE(same_pixels(session.color->pixels(), color, 12));
   EXPECT_TRUE(same_pixels(session.depth->pixels(), depth, 12));
 
   options.set_window({-40, 25}, {13, 8});  // another size: both anew
-  renderer.establish();
+  session.establish();
   EXPECT_EQ(session.frame_buffers_made, 3);
   EXPECT_EQ(session.option(L"Color Buffer").value->pointer(), renderer.color_image.get());
   EXPECT_TRUE(renderer.window_extent == (KT_Int_XY{13, 8}));
@@ -198,7 +201,7 @@ TEST(Establish, KeepsImagesThatFit) {
   options.set_local_coordinates(true);
   options.set_buffer_depth(0);
   options.set_color_system(KT_Color_System::mapped);
-  renderer.establish();
+  session.establish();
   EXPECT_TRUE(renderer.device_origin == (KT_Int_XY{0, 0}));
   EXPECT_FALSE(renderer.depth_image);
   EXPECT_EQ(session.depth->reference_count, 1U);
@@ -208,11 +211,11 @@ TEST(Establish, KeepsImagesThatFit) {
 
 TEST(Establish, AnUnknownColourSystemTakesAnyFormat) {
   Session session;
-  session.renderer().options().set_color_system(static_cast<KT_Color_System>(2));
-  session.renderer().establish();
+  session.options().set_color_system(static_cast<KT_Color_System>(2));
+  session.establish();
   EXPECT_EQ(session.renderer().color_image->format, KT_Image_Format::rgb32);
-  session.renderer().options().set_window({}, {5, 5});
-  session.renderer().establish();
+  session.options().set_window({}, {5, 5});
+  session.establish();
   EXPECT_EQ(session.renderer().color_image->format, KT_Image_Format::mapped);
 }
 
@@ -222,7 +225,7 @@ TEST(Establish, AGivenImageReplacesTheOneInUseIfItFits) {
     const KT_Shared_Image given(size.x, size.y, KT_Image_Format::rgb32, size.x * 4, nullptr, false);
     session.option(L"Color Buffer")
         .set(KT_Option_Value(static_cast<const KT_Counted*>(given.get())));
-    session.renderer().establish();
+    session.establish();
     EXPECT_EQ(session.renderer().color_image == given, size.y == 8);
     EXPECT_EQ(session.option(L"Color Buffer").value->pointer(),
               session.renderer().color_image.get());
@@ -235,10 +238,10 @@ TEST(Establish, CopiesTheCubeOfAPaletteThatHasOne) {
   KT_Color_Cube cube({3, 3, 3}, 1.0f, 0);
   cube.base_index = 40;
   cube.framework_words[4] = 77;
-  session.renderer().options().set_palette({colors, 2, &cube});
-  session.renderer().establish();
-  session.renderer().options().set_palette({colors, 2, nullptr});
-  session.renderer().establish();
+  session.options().set_palette({colors, 2, &cube});
+  session.establish();
+  session.options().set_palette({colors, 2, nullptr});
+  session.establish();
   EXPECT_EQ(std::memcmp(&session.renderer().color_cube, &cube, sizeof cube), 0);
 }
 
@@ -249,10 +252,10 @@ TEST(Establish, MergeColours) {
   Session session;
   Software_Z_Buffer& renderer = session.renderer();
   const auto with_key = [&](const KT_Palette& palette, int red, int green, int blue) {
-    renderer.options().set_palette(palette);
+    session.options().set_palette(palette);
     session.option(L"Merge Control Background Color").set(KT_Option_Value(red, green, blue));
     searched.clear();
-    renderer.establish();
+    session.establish();
   };
   with_key({two, 2, nullptr}, 255, 255, 255);
   EXPECT_EQ(renderer.merge_background_index, 1);
@@ -281,7 +284,7 @@ TEST(Establish, MergeColours) {
   EXPECT_EQ(renderer.merge_substitute_color, (KT_RGB32{199, 2, 1, 255}));
 
   session.option(L"Force Merge Control On").set(KT_Option_Value(true));
-  renderer.establish();
+  session.establish();
   EXPECT_EQ(renderer.force_merge, 1);
 }
 

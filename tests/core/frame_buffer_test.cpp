@@ -22,7 +22,7 @@ namespace {
 
 constexpr KT_Int_XY frame_size{6, 4};
 constexpr KT_Int_XY frame_origin{10, 20};
-Setup frame_setup(Variant variant) {
+Configuration frame_configuration(Variant variant) {
   return {.variant = variant, .size = frame_size, .origin = frame_origin};
 }
 
@@ -43,7 +43,7 @@ TEST(Frame_Buffer, ClearsTheHardClipCutToTheImage) {
       {{13, 12, 20, 23}, {"......", "......", "......", "......"}},
   };
   for (const Variant variant : {Variant::rgb, Variant::mapped}) {
-    Session session(frame_setup(variant));
+    Session session(frame_configuration(variant));
     session.full_rows_written = true;
     session.material().window_color = {1, 2, 3, 4};
     session.material().window_index = 99;
@@ -69,7 +69,7 @@ TEST(Frame_Buffer, ClearsTheHardClipCutToTheImage) {
 }
 
 TEST(Frame_Buffer, ClearsDepthWhateverTheFacePattern) {
-  Session session(frame_setup(Variant::mapped_z));
+  Session session(frame_configuration(Variant::mapped_z));
   session.clear(5);
   session.face().face_pattern = 0;
   session.display().hard_clip = {12, 14, 20, 22};
@@ -110,7 +110,7 @@ using Values = std::vector<std::uint32_t>;
 
 TEST(Frame_Buffer, ReadsBackTopRowFirst) {
   for (const Variant variant : {Variant::rgb_z, Variant::mapped_z}) {
-    Session session(frame_setup(variant));
+    Session session(frame_configuration(variant));
     number(*session.color);
     number(*session.depth);
     const unsigned own = variant == Variant::rgb_z ? 2 : 1;
@@ -140,12 +140,14 @@ TEST(Frame_Buffer, ReadsBackTopRowFirst) {
 
 // What lies outside the frame: rows are shortened, and the destination stays where it is.
 TEST(Frame_Buffer, DirectReadBackCutsToTheFrame) {
-  Session session(frame_setup(Variant::rgb));
+  Session session(frame_configuration(Variant::rgb));
   number(*session.color);
   KT_Shared_Image image;
-  EXPECT_EQ(read_back(session, false, {8, 11, 20, 21}, 2, image), (Values{10, 11, 0, 0, 0, 1, 0, 0}));
+  EXPECT_EQ(read_back(session, false, {8, 11, 20, 21}, 2, image),
+            (Values{10, 11, 0, 0, 0, 1, 0, 0}));
   image.release();
-  EXPECT_EQ(read_back(session, false, {14, 17, 20, 21}, 2, image), (Values{14, 15, 0, 0, 4, 5, 0, 0}));
+  EXPECT_EQ(read_back(session, false, {14, 17, 20, 21}, 2, image),
+            (Values{14, 15, 0, 0, 4, 5, 0, 0}));
   image.release();
   // The top row is held against the request's height, not the frame's: of rows 3 and 2 nothing
   // is left, of rows 3 to 1 the top one goes.
@@ -156,7 +158,7 @@ TEST(Frame_Buffer, DirectReadBackCutsToTheFrame) {
 
 // A target of the frame's size: the same scan lines, from the left column to the row's end.
 TEST(Frame_Buffer, KeptTargetTakesTheRectangleAtItsPlace) {
-  Session session(frame_setup(Variant::rgb));
+  Session session(frame_configuration(Variant::rgb));
   number(*session.color);
   const int row_bytes = session.color->row_bytes;
   KT_Shared_Image image(2, 2, KT_Image_Format::rgb32, 8, nullptr, false);
@@ -179,7 +181,7 @@ TEST(Frame_Buffer, KeptTargetTakesTheRectangleAtItsPlace) {
 }
 
 TEST(Frame_Buffer, PutsDepthCutAtTheRightEdge) {
-  Session session(frame_setup(Variant::rgb_alpha_z));
+  Session session(frame_configuration(Variant::rgb_alpha_z));
   session.clear(0);
   const std::uint16_t source[] = {1, 2, 3, 4, 99, 5, 6, 7, 8, 99};
   const KT_DCI_Point start{13, 22, 0}, end{16, 21, 0};
@@ -191,13 +193,14 @@ TEST(Frame_Buffer, PutsDepthCutAtTheRightEdge) {
   read_back(session, true, {10, 15, 20, 23}, 7, image);
   session.depth->fill(0);
   const KT_DCI_Point whole_start{10, 23, 0}, whole_end{15, 20, 0};
-  session.actions().call<KT_Action::Put_Depth>(session.rendition, &whole_start, &whole_end, 12,
-                                               reinterpret_cast<std::uint16_t*>(image->scan_lines[0]));
+  session.actions().call<KT_Action::Put_Depth>(
+      session.rendition, &whole_start, &whole_end, 12,
+      reinterpret_cast<std::uint16_t*>(image->scan_lines[0]));
   EXPECT_TRUE(same_pixels(session.depth->pixels(), before, 6));
 }
 
 TEST(Frame_Buffer, PresentsWithTheFlip) {
-  Session session(frame_setup(Variant::rgb));
+  Session session(frame_configuration(Variant::rgb));
   struct Presented {
     KT_DCI_Point start, end;
     const void* image;
@@ -208,7 +211,7 @@ TEST(Frame_Buffer, PresentsWithTheFlip) {
                const KT_Shared_Image* image, int x, int y) {
         *static_cast<Presented*>(object) = {*start, *end, image->get(), x, y};
       });
-  session.renderer().update({1, 4, 0, 2});
+  session.base().update({1, 4, 0, 2});
   EXPECT_EQ(got.start, (KT_DCI_Point{1, 2, 0}));
   EXPECT_EQ(got.end, (KT_DCI_Point{4, 0, 0}));
   EXPECT_EQ(got.image, session.color.get());

@@ -55,7 +55,7 @@ void live_and_draw(int round) {
   }
   draw(session, Layer::float_any, Kind::gouraud, strip);
   EXPECT_TRUE(session.color->touched(20, 10));
-  session.renderer().establish();
+  session.establish();
   draw(session, Layer::int_any, Kind::flat, strip);
 }
 
@@ -71,18 +71,18 @@ TEST(Module, AThousandLivesLeaveNothingBehind) {
 
 // The caller's own references are all that is left on what it gave to a renderer.
 TEST(Module, ARendererGivesUpItsReferences) {
-  Setup setup{.variant = Variant::mapped_z, .use_mask = true};
-  const auto references = setup.palette->reference_count.load();
+  Configuration configuration{.variant = Variant::mapped_z, .use_mask = true};
+  const auto references = configuration.palette->reference_count.load();
   KT_Shared_Image color, depth;
   KT_Contour_Set clip = contour({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}});
   {
-    Session session(setup);
+    Session session(configuration);
     session.display().complex_clip = clip;
     draw(session, Layer::int_any, Kind::flat, strip_of({{0, 0, 0}, {9, 0, 0}, {0, 7, 0}}));
     color = session.renderer().color_image;
     depth = session.renderer().depth_image;
   }
-  EXPECT_EQ(setup.palette->reference_count, references);
+  EXPECT_EQ(configuration.palette->reference_count, references);
   EXPECT_EQ(color->reference_count, 1U);
   EXPECT_EQ(depth->reference_count, 1U);
   EXPECT_EQ(clip->reference_count, 1U);

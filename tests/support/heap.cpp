@@ -8,82 +8,59 @@
 
 namespace {
 
-heap::Blocks taken, given_back;
+long taken = 0, returned = 0;
 int still_granted = INT_MAX;
 heap::Refusal refusal = heap::Refusal::by_null;
 
-bool refuses() {
-  if (still_granted == INT_MAX) return false;
-  if (still_granted == 0) return true;
-  --still_granted;
-  return false;
-}
-
-void* take_language(std::size_t size) noexcept {
-  if (refuses()) return nullptr;
-  ++taken.language;
+void* take(std::size_t size, heap::Refusal how) {
+  if (still_granted == 0) {
+    return how == heap::Refusal::by_null ? nullptr : throw std::bad_alloc();
+  }
+  if (still_granted != INT_MAX) --still_granted;
+  ++taken;
   return std::malloc(size != 0 ? size : 1);
 }
 
-void* take_language_or_throw(std::size_t size) {
-  void* block = take_language(size);
-  return block != nullptr ? block : throw std::bad_alloc();
-}
-
-void give_language(void* block) {
-  if (block != nullptr) ++given_back.language;
+void give_back(void* block) {
+  if (block != nullptr) ++returned;
   std::free(block);
 }
 
 }  // namespace
 
 void* KD_AllocateMemory(std::size_t size, KorvelHeap*) {
-  if (refuses()) {
-    return refusal == heap::Refusal::by_null ? nullptr : throw std::bad_alloc();
-  }
-  ++taken.framework;
-  return std::malloc(size != 0 ? size : 1);
+  return take(size, refusal);
 }
-
 void KD_ReleaseMemory(void* block) {
-  if (block != nullptr) ++given_back.framework;
-  std::free(block);
+  give_back(block);
 }
-
 void* operator new(std::size_t size) {
-  return take_language_or_throw(size);
+  return take(size, heap::Refusal::by_exception);
 }
 void* operator new[](std::size_t size) {
-  return take_language_or_throw(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return take_language(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return take_language(size);
+  return take(size, heap::Refusal::by_exception);
 }
 void operator delete(void* block) noexcept {
-  give_language(block);
+  give_back(block);
 }
 void operator delete[](void* block) noexcept {
-  give_language(block);
+  give_back(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
-  give_language(block);
+  give_back(block);
 }
 void operator delete[](void* block, std::size_t) noexcept {
-  give_language(block);
+  give_back(block);
 }
 
 namespace heap {
 
-Blocks allocated() {
+long allocated() {
   return taken;
 }
-Blocks live() {
-  return taken - given_back;
+long live() {
+  return taken - returned;
 }
-
 Exhausted::Exhausted(int granted, Refusal how) {
   refusal = how;
   still_granted = granted;

@@ -14,11 +14,13 @@
 
 namespace support {
 
-/// An image that lies amid guard rows and has guard bytes behind each row; a store outside the
+/// All pixels of an image, the bottom row first.
+using Pixels = std::vector<std::uint32_t>;
+
+/// An image amid guard rows, with `padding` guard pixels behind each row: a store outside the
 /// pixels shows there.
 class Guarded_Image : public KT_Shared_Image_Data {
  public:
-  /// `padding` is the number of guard pixels behind each row.
   Guarded_Image(KT_Int_XY size, KT_Image_Format format, int padding);
   ~Guarded_Image() override;
 
@@ -27,19 +29,14 @@ class Guarded_Image : public KT_Shared_Image_Data {
   std::uint32_t untouched() const { return untouched_; }
   bool touched(int x, int y) const { return at(x, y) != untouched_; }
   std::uint32_t at(int x, int y) const;
-  void set(int x, int y, std::uint32_t value);
-  /// All pixels, the bottom row first.
-  std::vector<std::uint32_t> pixels() const;
-
-  /// Guard rows alone; with `rows_too` also what lies behind each row.
-  testing::AssertionResult guards_intact(bool padding_too = true) const;
+  Pixels pixels() const;
+  testing::AssertionResult guards_intact() const;
 
  private:
   static constexpr int guard_rows = 3;
   static constexpr std::uint8_t guard_byte = 0xA5;
 
-  int pixel_bytes() const;
-
+  std::size_t pixel_bytes_;
   std::uint32_t untouched_ = 0;
 };
 
@@ -48,9 +45,7 @@ using Legend = std::map<char, std::uint32_t>;
 /// Whether `image` looks like `picture`; the failure names the first pixel that does not.
 testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std::string>& picture,
                                const Legend& legend);
-
-/// Whether two images of one size hold the same pixels, `expected` the second.
-testing::AssertionResult same_pixels(const std::vector<std::uint32_t>& got,
-                                     const std::vector<std::uint32_t>& expected, int width);
+/// Whether an image of that width holds these pixels.
+testing::AssertionResult same_pixels(const Pixels& got, const Pixels& expected, int width);
 
 }  // namespace support

@@ -10,26 +10,25 @@ const char* name_of(Variant variant) {
   return names[zbuffer::index_of(variant)];
 }
 
-Session::Session(const Setup& setup) {
+Session::Session(const Configuration& configuration) : padding_(configuration.padding) {
   std::string error;
   if (!module_.load(TEST_MODULE, error)) throw std::runtime_error(error);
-  handle_ = module_.make_renderer(setup.source);
-  const bool mapped = zbuffer::is_mapped(setup.variant);
-  color.reset(new Guarded_Image(setup.size,
-                                mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, 3));
+  handle_ = module_.make_renderer(configuration.source);
+  const auto& [variant, size, origin, use_mask, padding, source] = configuration;
+  const bool mapped = zbuffer::is_mapped(variant);
+  color.reset(new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32,
+                                padding));
   actions().bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
-  KT_Renderer_Options& options = handle_->options();
-  options.set_window(setup.origin, setup.size);
-  options.set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
-  options.set_buffer_depth(zbuffer::has_depth(setup.variant) ? 16 : 0);
-  options.set_alpha_blending(zbuffer::is_alpha(setup.variant));
-  options.set_palette(setup.palette);
+  options().set_window(origin, size);
+  options().set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
+  options().set_buffer_depth(zbuffer::has_depth(variant) ? 16 : 0);
+  options().set_alpha_blending(zbuffer::is_alpha(variant));
+  options().set_palette(KD_Cube_Palette());
   option(L"Color Buffer").set(KT_Option_Value(static_cast<const KT_Counted*>(color.get())));
-  option(L"Use Mask").set(KT_Option_Value(setup.use_mask));
-  option(L"Force Merge Control On").set(KT_Option_Value(setup.force_merge));
-  handle_->establish();
-  rendition = KD_Default_Rendition({setup.origin.x, setup.origin.x + setup.size.x - 1,
-                                    setup.origin.y, setup.origin.y + setup.size.y - 1});
+  option(L"Use Mask").set(KT_Option_Value(use_mask));
+  establish();
+  rendition =
+      KD_Default_Rendition({origin.x, origin.x + size.x - 1, origin.y, origin.y + size.y - 1});
   material().color = {10, 20, 200, 255};
   material().color_index = 50;
   material().contrast_color = {250, 130, 5, 255};
@@ -38,8 +37,8 @@ Session::Session(const Setup& setup) {
 }
 
 Session::~Session() {
-  EXPECT_TRUE(color->guards_intact(!full_rows_written)) << "in the colour image";
-  if (depth) EXPECT_TRUE(depth->guards_intact(!full_rows_written)) << "in the depth image";
+  EXPECT_TRUE(color->guards_intact()) << "colour";
+  EXPECT_TRUE(!depth || depth->guards_intact()) << "depth";
   rendition.release();
   handle_.release();
 }
@@ -49,80 +48,82 @@ void Session::create_frame_buffer(void* object, int width, int height,
   auto& self = *static_cast<Session*>(object);
   ++self.frame_buffers_made;
   auto& made = *format == KT_Image_Format::depth ? self.depth : self.color;
-  made.reset(new Guarded_Image({width, height}, *format, 3));
+  made.reset(new Guarded_Image({width, height}, *format, self.padding_));
   image->reset(made.get());
 }
 
 KT_Option& Session::option(const wchar_t* name) const {
   KT_Option* found = handle_->option_table().find(KT_String(name));
-  if (found == nullptr) throw std::runtime_error("the renderer lacks an option");
-  return *found;
+  return found != nullptr ? *found : throw std::runtime_error("the renderer lacks an option");
 }
 
 void Session::clear(std::uint32_t depth_value) {
-  color->fill(mapped() ? 238 : 0x4D302010);
+  color->fill(color->format == KT_Image_Format::mapped ? 238 : 0x4D302010);
   if (depth) depth->fill(depth_value);
 }
 
-void Session::set_depth_test(unsigned mode) {
+void Session::set_depth_test(unsigned mode) const {
   using Setter = void(KT_Renderer_Data*, const unsigned*);
   reinterpret_cast<Setter*>(option(L"ZBuffer Test").value->pointer())(handle_.get(), &mode);
 }
 
-void Session::set_depth_write(std::uint8_t write) {
+void Session::set_depth_write(std::uint8_t write) const {
   using Setter = void(KT_Renderer_Data*, std::uint8_t);
   reinterpret_cast<Setter*>(option(L"ZBuffer Write").value->pointer())(handle_.get(), write);
 }
 
-std::uint32_t Session::own_color() const {
-  return mapped() ? rendition->material->color_index : rendition->material->color.word();
+Legend Session::legend() const {
+  const KT_Material& m = *rendition->material;
+  if (color->format == KT_Image_Format::mapped)
+    return {{'#', m.color_index}, {'+', m.contrast_index}};
+  return {{'#', m.color.word()}, {'+', m.contrast_color.word()}};
 }
 
-std::uint32_t Session::contrast_color() const {
-  return mapped() ? rendition->material->contrast_index
-                  : rendition->material->contrast_color.word();
+Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color) {
+  const std::size_t count = points.size();
+  return {std::move(points), std::vector<KT_RGB32>(count, color), false};
 }
 
-heap::Blocks draw(const Session& session, Layer layer, Kind kind, const Strip& strip) {
-  const int count = static_cast<int>(strip.points.size());
+long draw(const Session& session, Layer layer, Kind kind, const Strip& strip) {
   std::vector<KT_Point> floats;
-  for (const KT_DCI_Point& p : strip.points) {
-    floats.push_back(
-        {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)});
+  for (const auto& [x, y, z] : strip.points) {
+    floats.push_back({static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
   }
-  const heap::Blocks before = heap::allocated();
-  const auto call = [&]<KT_Action flat, KT_Action colorized, KT_Action gouraud>(const auto* p) {
+  const long before = heap::allocated();
+  const auto call = [&]<KT_Action flat, KT_Action colorized, KT_Action gouraud>(const auto& points) {
+    const int count = static_cast<int>(points.size());
     const KT_Action_Table& actions = session.actions();
     const KT_RGB32* colors = strip.colors.data();
     if (kind == Kind::flat) {
-      actions.call<flat>(session.rendition, count, p);
+      actions.call<flat>(session.rendition, count, points.data());
     } else if (kind == Kind::colorized) {
-      actions.call<colorized>(session.rendition, count, p, colors, strip.single_color);
+      actions.call<colorized>(session.rendition, count, points.data(), colors, strip.single_color);
     } else {
-      actions.call<gouraud>(session.rendition, count, p, colors);
+      actions.call<gouraud>(session.rendition, count, points.data(), colors);
     }
   };
   using enum KT_Action;
   if (layer == Layer::float_any) {
     call.operator()<Draw_2D_Polytriangle, Draw_2D_Colorized_Polytriangle,
-                    Draw_2D_Gouraud_Polytriangle>(floats.data());
+                    Draw_2D_Gouraud_Polytriangle>(floats);
   } else if (layer == Layer::float_inside) {
     call.operator()<Draw_DC_Polytriangle, Draw_DC_Colorized_Polytriangle,
-                    Draw_DC_Gouraud_Polytriangle>(floats.data());
+                    Draw_DC_Gouraud_Polytriangle>(floats);
   } else if (layer == Layer::int_any) {
     call.operator()<Draw_2DI_Polytriangle, Draw_2DI_Colorized_Polytriangle,
-                    Draw_2DI_Gouraud_Polytriangle>(strip.points.data());
+                    Draw_2DI_Gouraud_Polytriangle>(strip.points);
   } else {
     call.operator()<Draw_DCI_Polytriangle, Draw_DCI_Colorized_Polytriangle,
-                    Draw_DCI_Gouraud_Polytriangle>(strip.points.data());
+                    Draw_DCI_Gouraud_Polytriangle>(strip.points);
   }
   return heap::allocated() - before;
 }
 
-Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color) {
-  Strip strip{std::move(points), {}, false};
-  strip.colors.assign(strip.points.size(), color);
-  return strip;
+std::string describe(Variant variant, Layer layer, Kind kind) {
+  static const char* const layers[] = {" 2D", " DC", " 2DI", " DCI"};
+  static const char* const kinds[] = {" flat", " colorized", " Gouraud"};
+  return std::string(name_of(variant)) + layers[static_cast<int>(layer)] +
+         kinds[static_cast<int>(kind)];
 }
 
 KT_Contour_Set contour(const std::vector<KT_Point>& points) {

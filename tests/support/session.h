@@ -10,60 +10,59 @@
 namespace support {
 
 using zbuffer::Variant;
-
-inline constexpr Variant all_variants[] = {Variant::rgb_alpha, Variant::rgb,
-                                           Variant::mapped,    Variant::mapped_z,
+inline constexpr Variant all_variants[] = {Variant::rgb_alpha,   Variant::rgb,
+                                           Variant::mapped,      Variant::mapped_z,
                                            Variant::rgb_alpha_z, Variant::rgb_z};
 const char* name_of(Variant variant);
 
-struct Setup {
+struct Configuration {
   Variant variant = Variant::rgb;
   KT_Int_XY size{12, 8};
   KT_Int_XY origin{};
   bool use_mask = false;
-  bool force_merge = false;
-  KT_Palette palette = KD_Cube_Palette();
+  int padding = 3;                           ///< guard pixels behind each row
   const KT_Renderer_Data* source = nullptr;  ///< the renderer it is built from
 };
 
 class Session {
  public:
-  explicit Session(const Setup& setup = {});
+  explicit Session(const Configuration& configuration = {});
   Session(const Session&) = delete;
   ~Session();  ///< fails the test when a guard band was written on
 
  private:
   KT_Renderer_Module module_;
   KT_Handle<KT_Renderer_Data> handle_;
+  int padding_;
 
  public:
   KT_Handle<Guarded_Image> color;  ///< given through the option "Color Buffer"
   KT_Handle<Guarded_Image> depth;  ///< null in a variant without depth
   KT_Rendition rendition;
-  bool full_rows_written = false;  ///< whether guard bytes behind the rows may be written
   int frame_buffers_made = 0;
 
+  /// For its fields; its operations are called through the base, as a host does.
   Software_Z_Buffer& renderer() const { return static_cast<Software_Z_Buffer&>(*handle_); }
   KT_Action_Table& actions() const { return handle_->actions; }
+  KT_Renderer_Options& options() const { return handle_->options(); }
+  int establish() const { return handle_->establish(); }
   KT_Option& option(const wchar_t* name) const;
+  void set_depth_test(unsigned mode) const;
+  void set_depth_write(std::uint8_t write) const;
 
   KT_Display_Context& display() { return rendition.edit(&KT_Rendition_Data::display_context); }
   KT_Material& material() { return rendition.edit(&KT_Rendition_Data::material); }
   KT_Face_Attributes& face() { return rendition.edit(&KT_Rendition_Data::face_attributes); }
   KT_Misc_Attributes& misc() { return rendition.edit(&KT_Rendition_Data::misc_attributes); }
 
-  /// Makes every pixel untouched again: a colour of alpha 77, or index 238; the farthest depth.
+  /// Makes every pixel untouched: a colour of alpha 77 or index 238, and `depth_value`.
   void clear(std::uint32_t depth_value = 0xFFFF);
-  void set_depth_test(unsigned mode);
-  void set_depth_write(std::uint8_t write);
-  /// What a pixel of the rendition's colour holds, and one of its contrast colour.
-  std::uint32_t own_color() const;
-  std::uint32_t contrast_color() const;
+  /// '#': pixels of the rendition's colour, '+': of its contrast colour.
+  Legend legend() const;
 
  private:
   static void create_frame_buffer(void* object, int width, int height,
                                   const KT_Image_Format* format, KT_Shared_Image* image);
-  bool mapped() const { return color->format == KT_Image_Format::mapped; }
 };
 
 enum class Kind { flat, colorized, gouraud };
@@ -71,18 +70,20 @@ enum class Layer { float_any, float_inside, int_any, int_inside };  // 2D DC 2DI
 inline constexpr Kind all_kinds[] = {Kind::flat, Kind::colorized, Kind::gouraud};
 inline constexpr Layer all_layers[] = {Layer::float_any, Layer::float_inside, Layer::int_any,
                                        Layer::int_inside};
+constexpr bool takes_floats(Layer layer) { return layer <= Layer::float_inside; }
+constexpr bool clips(Layer layer) { return layer == Layer::float_any || layer == Layer::int_any; }
 
 struct Strip {
   std::vector<KT_DCI_Point> points;
   std::vector<KT_RGB32> colors;  ///< a triangle, or of Gouraud strips a point
   bool single_color = false;
 };
-
-/// Draws a strip by the action of that layer and kind; returns what the call allocated.
-heap::Blocks draw(const Session& session, Layer layer, Kind kind, const Strip& strip);
-
-/// One triangle in one colour, over the points of the float or integer actions alike.
+/// A strip with the same colour everywhere.
 Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color = {30, 60, 90, 255});
+
+/// Draws a strip by the action of that layer and kind; returns how often the call allocated.
+long draw(const Session& session, Layer layer, Kind kind, const Strip& strip);
+std::string describe(Variant variant, Layer layer, Kind kind);
 
 /// A closed contour in device coordinates.
 KT_Contour_Set contour(const std::vector<KT_Point>& points);

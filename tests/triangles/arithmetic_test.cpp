@@ -54,8 +54,7 @@ TEST(Arithmetic, MixIsTheFormula) {
           ASSERT_EQ(mix(old[i]), expected) << std::hex << source << " over " << old[i];
           ASSERT_EQ(run[i], i < length ? expected : old[i]) << std::hex << source;
           if (rule == by_alpha) {
-            ASSERT_EQ(blended_by_source<by_alpha>(old[i], source),
-                      a == 255 ? source : expected);
+            ASSERT_EQ(blended_by_source<by_alpha>(old[i], source), a == 255 ? source : expected);
           }
           if (rule == by_alpha_keeping) {
             ASSERT_EQ(blended_by_source<by_alpha_keeping>(old[i], source), expected);
@@ -123,8 +122,8 @@ TEST(Arithmetic, SmallStepsOverTheirDomain) {
   for (const std::int32_t n : counts) {
     const Step_Count count(n);
     for (std::int32_t d = -65535; d <= 65535; ++d) {
-      const bool position_right = d < -32767 || d > 32767 ||
-                                  count.small_step<Position>(d) == plain_step(d, n, 16);
+      const bool position_right =
+          d < -32767 || d > 32767 || count.small_step<Position>(d) == plain_step(d, n, 16);
       const bool depth_right = count.small_step<Depth>(d) == plain_step(d, n, 15);
       ASSERT_TRUE(position_right && depth_right) << d << " over " << n;
     }
@@ -133,8 +132,8 @@ TEST(Arithmetic, SmallStepsOverTheirDomain) {
 
 TEST(Arithmetic, RoundingOfCoordinates) {
   const std::pair<double, std::int32_t> cases[] = {
-      {-0.5, 0},  {-1.5, -1}, {0.5, 1},   {-0.4, 0},   {2.5, 3},    {-2.5, -2},   {-2.51, -3},
-      {2.49, 2},  {0, 0},     {-0.0, 0},  {1e6, 1000000}, {-28760.75, -28761}};
+      {-0.5, 0},   {-1.5, -1}, {0.5, 1}, {-0.4, 0}, {2.5, 3},       {-2.5, -2},
+      {-2.51, -3}, {2.49, 2},  {0, 0},   {-0.0, 0}, {1e6, 1000000}, {-28760.75, -28761}};
   for (const auto& [value, expected] : cases) {
     EXPECT_EQ(rounded(value), expected) << value;
     EXPECT_EQ(rounded(static_cast<float>(value)), expected) << value;
@@ -142,9 +141,9 @@ TEST(Arithmetic, RoundingOfCoordinates) {
   // The float sum is in single precision: half of an odd 2^23 rounds to even.
   EXPECT_EQ(rounded(8388609.0f), 8388610);
   EXPECT_EQ(rounded(8388609.0), 8388609);
-  for (const double far : {2147483648.0, 3e9, -2147483649.0, -1e300,
-                           std::numeric_limits<double>::infinity(),
-                           std::numeric_limits<double>::quiet_NaN()}) {
+  for (const double far :
+       {2147483648.0, 3e9, -2147483649.0, -1e300, std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_EQ(rounded(far), INT32_MIN) << far;
     EXPECT_EQ(rounded(static_cast<float>(far)), INT32_MIN) << far;
   }

@@ -26,30 +26,34 @@ template <class Point>
 void record(Layer layer, Kind kind, KT_Renderer_Data* renderer, const KT_Rendition& rendition,
             int count, const Point* points, const KT_RGB32* colors, int color_count, bool single) {
   const Point& last = points[count - 1];
-  standard_calls.push_back({layer, kind, renderer, rendition.get(), count,
-                            {static_cast<double>(last.x), static_cast<double>(last.y),
-                             static_cast<double>(last.z)},
-                            {colors, colors + color_count}, single});
+  standard_calls.push_back(
+      {layer,
+       kind,
+       renderer,
+       rendition.get(),
+       count,
+       {static_cast<double>(last.x), static_cast<double>(last.y), static_cast<double>(last.z)},
+       {colors, colors + color_count},
+       single});
 }
 
 }  // namespace
 
 // These stand in front of the framework's routines of the same names.
-#define RECORDING(letters, layer, Point)                                                          \
-  void KD_Standard_Draw_##letters##_Polytriangle(KT_Renderer_Data* object, const KT_Rendition& r, \
-                                                 int count, const Point* p) {                     \
-    record(layer, Kind::flat, object, r, count, p, nullptr, 0, false);                            \
-  }                                                                                               \
-  void KD_Standard_Draw_##letters##_Colorized_Polytriangle(                                       \
-      KT_Renderer_Data* object, const KT_Rendition& r, int count, const Point* p,                 \
-      const KT_RGB32* colors, bool single) {                                                      \
-    record(layer, Kind::colorized, object, r, count, p, colors, single ? 1 : count - 2, single);  \
-  }                                                                                               \
-  void KD_Standard_Draw_##letters##_Gouraud_Polytriangle(KT_Renderer_Data* object,                \
-                                                         const KT_Rendition& r, int count,        \
-                                                         const Point* p,                          \
-                                                         const KT_RGB32* colors) {                \
-    record(layer, Kind::gouraud, object, r, count, p, colors, count, false);                      \
+#define RECORDING(letters, layer, Point)                                                           \
+  void KD_Standard_Draw_##letters##_Polytriangle(KT_Renderer_Data* object, const KT_Rendition& r,  \
+                                                 int count, const Point* p) {                      \
+    record(layer, Kind::flat, object, r, count, p, nullptr, 0, false);                             \
+  }                                                                                                \
+  void KD_Standard_Draw_##letters##_Colorized_Polytriangle(                                        \
+      KT_Renderer_Data* object, const KT_Rendition& r, int count, const Point* p,                  \
+      const KT_RGB32* colors, bool single) {                                                       \
+    record(layer, Kind::colorized, object, r, count, p, colors, single ? 1 : count - 2, single);   \
+  }                                                                                                \
+  void KD_Standard_Draw_##letters##_Gouraud_Polytriangle(KT_Renderer_Data* object,                 \
+                                                         const KT_Rendition& r, int count,         \
+                                                         const Point* p, const KT_RGB32* colors) { \
+    record(layer, Kind::gouraud, object, r, count, p, colors, count, false);                       \
   }
 RECORDING(2D, Layer::float_any, KT_Point)
 RECORDING(DC, Layer::float_inside, KT_Point)
@@ -73,9 +77,9 @@ TEST(Calls, FallBackWithTheirArguments) {
       for (const Layer layer : all_layers) {
         for (const Kind kind : all_kinds) {
           for (const bool single : {false, true}) {
-            SCOPED_TRACE(testing::Message() << name_of(variant) << ", layer "
-                                            << static_cast<int>(layer) << ", kind "
-                                            << static_cast<int>(kind));
+            SCOPED_TRACE(testing::Message()
+                         << name_of(variant) << ", layer " << static_cast<int>(layer) << ", kind "
+                         << static_cast<int>(kind));
             Strip given = strip;
             given.single_color = single;
             standard_calls.clear();
@@ -87,8 +91,8 @@ TEST(Calls, FallBackWithTheirArguments) {
               continue;
             }
             // A flat strip of direct colour falls back as the colorized one that it is.
-            Standard_Call expected{layer, kind, &session.renderer(), session.rendition.get(), 4,
-                                   {9, 7, 4}, {}, false};
+            Standard_Call expected{
+                layer, kind, &session.renderer(), session.rendition.get(), 4, {9, 7, 4}, {}, false};
             if (kind == Kind::flat && !zbuffer::is_mapped(variant)) {
               expected.kind = Kind::colorized;
               expected.colors = {{40, 50, 60, 70}};
@@ -136,7 +140,9 @@ TEST(Calls, AllocateForLongStripsAlone) {
                          << static_cast<int>(kind) << ", pattern " << pattern);
             session.clear();
             EXPECT_EQ(draw(session, layer, kind, zigzag(64, !any)), heap::Blocks{});
-            if (pattern == 64) EXPECT_TRUE(session.color->touched(20, 10));
+            if (pattern == 64) {
+              EXPECT_TRUE(session.color->touched(20, 10));
+            }
             const heap::Blocks before = heap::live();
             const heap::Blocks made = draw(session, layer, kind, zigzag(65, !any));
             EXPECT_EQ(made.framework + made.language, (any ? 1 : 0) + (floats ? 1 : 0));
@@ -163,8 +169,8 @@ TEST(Calls, EdgeAndAlphaBits) {
         session.clear();
         draw(session, layer, kind, strip);
         // Inside the triangle a blended colour of alpha 0 takes the depth alone.
-        const bool blends = bits == 8 || (bits == 40 && layer == Layer::int_inside &&
-                                          kind == Kind::colorized);
+        const bool blends =
+            bits == 8 || (bits == 40 && layer == Layer::int_inside && kind == Kind::colorized);
         const bool edges = !blends && bits != 0;
         EXPECT_EQ(session.depth->touched(10, 10), !edges);
         const std::uint32_t red = session.color->at(10, 10) >> 16 & 255;

@@ -74,18 +74,15 @@ TEST(Fill, ColoursGoWithTriangles) {
     session.clear();
     const Strip dropped{{{0, 0, 0}, {2, 0, 0}, {4, 0, 0}, {0, 4, 0}, {4, 4, 0}}, {a, b, c}, false};
     draw(session, Layer::int_inside, Kind::colorized, dropped);
-    EXPECT_TRUE(
-        shows(*session.color, {"......", ".ccc..", ".bcc..", "..bc..", "..bb.."}, legend));
+    EXPECT_TRUE(shows(*session.color, {"......", ".ccc..", ".bcc..", "..bc..", "..bb.."}, legend));
     // Cut by the hard clip, each triangle comes with its own colour too.
     session.clear();
     session.display().hard_clip = {1, 5, 1, 2};
     draw(session, Layer::int_any, Kind::colorized, dropped);
-    EXPECT_TRUE(
-        shows(*session.color, {"......", "......", ".bcc..", "..bc..", "......"}, legend));
+    EXPECT_TRUE(shows(*session.color, {"......", "......", ".bcc..", "..bc..", "......"}, legend));
     square.single_color = true;
     draw(session, Layer::int_any, Kind::colorized, square);
-    EXPECT_TRUE(
-        shows(*session.color, {"......", "......", ".aaa..", ".aaa..", "......"}, legend));
+    EXPECT_TRUE(shows(*session.color, {"......", "......", ".aaa..", ".aaa..", "......"}, legend));
   }
 }
 
@@ -160,8 +157,8 @@ TEST(Fill, PatternsKeepTheirPhase) {
 
 // Colours 10, 13 and 16: by the scan's test a shaded triangle, by the clipped road's a flat one.
 TEST(Fill, NearFlatTestsDiffer) {
-  for (const Variant variant : {Variant::rgb_alpha, Variant::rgb, Variant::rgb_alpha_z,
-                                Variant::rgb_z}) {
+  for (const Variant variant :
+       {Variant::rgb_alpha, Variant::rgb, Variant::rgb_alpha_z, Variant::rgb_z}) {
     SCOPED_TRACE(name_of(variant));
     Session session({.variant = variant, .size = {20, 20}});
     Strip strip = strip_of({{0, 0, 0}, {19, 0, 0}, {0, 19, 0}});

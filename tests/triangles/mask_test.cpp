@@ -112,7 +112,9 @@ TEST(Mask, HidesColourAndDepthAndMovesThePattern) {
         }
         draw(session, Layer::int_any, Kind::flat, strip);
         EXPECT_TRUE(shows(*session.color, picture, {{'#', session.own_color()}}));
-        if (session.depth) EXPECT_TRUE(shows(*session.depth, picture, {{'#', 9}}));
+        if (session.depth) {
+          EXPECT_TRUE(shows(*session.depth, picture, {{'#', 9}}));
+        }
       }
     }
   }

@@ -55,11 +55,11 @@ class Member_Session : public Session {
     face().user_pattern = &pattern_;
   }
 
-  void draw_it(KT_RGB32 color, int z, bool contrast = false) {
-    material().color = color;
+  void draw_it(KT_RGB32 drawn, int z, bool contrast = false) {
+    material().color = drawn;
     pattern_bits_ = contrast ? 0xFF : 0;
     misc().pattern_options = contrast ? 1 : 0;
-    Strip strip = strip_of(corners, color);
+    Strip strip = strip_of(corners, drawn);
     if (member_.kind == Kind::gouraud && !member_.near_flat) strip.colors[2].green ^= 0x80;
     strip.single_color = member_.kind == Kind::colorized && single_color;
     for (KT_DCI_Point& p : strip.points) p.z = z;
@@ -80,8 +80,8 @@ TEST(Members, HonourTheDepthSettingsByTable) {
     SCOPED_TRACE(describe(m));
     const bool own_colors = m.kind == Kind::gouraud && !m.near_flat;
     const bool honours_test = m.variant == Variant::rgb_z && !own_colors && !m.masked;
-    const bool honours_write = m.variant != Variant::mapped_z && !own_colors && !m.masked &&
-                               !(m.clipped && m.patterned);
+    const bool honours_write =
+        m.variant != Variant::mapped_z && !own_colors && !m.masked && !(m.clipped && m.patterned);
     Member_Session session(m);
     const auto passes = [&](unsigned test, int z) {
       session.set_depth_test(test);
@@ -142,8 +142,8 @@ TEST(Members, TreatAlphaByTable) {
     Member_Session session(m);
     const KT_RGB32 under = KT_RGB32::from_word(session.color->untouched());
     // The scan of one colour of alpha 0 draws nothing at all in `RGB_Alpha`.
-    const bool returns_at_once = m.variant == Variant::rgb_alpha && !m.clipped &&
-                                 (m.kind == Kind::flat || m.near_flat);
+    const bool returns_at_once =
+        m.variant == Variant::rgb_alpha && !m.clipped && (m.kind == Kind::flat || m.near_flat);
     session.single_color = false;
     for (const int a : {0, 1, 128, 254, 255}) {
       const KT_RGB32 color{30, 60, 190, static_cast<std::uint8_t>(a)};
@@ -153,7 +153,9 @@ TEST(Members, TreatAlphaByTable) {
           a == 0 && returns_at_once ? under : mixed(ordinary_rule(m), color, under);
       const auto got = KT_RGB32::from_word(session.color->at(probe_x, probe_y));
       EXPECT_EQ(got.word(), expected.word()) << std::hex << "alpha " << a;
-      if (session.depth) EXPECT_TRUE(session.depth->touched(probe_x, probe_y));
+      if (session.depth) {
+        EXPECT_TRUE(session.depth->touched(probe_x, probe_y));
+      }
 
       if (!m.patterned) continue;
       session.clear();

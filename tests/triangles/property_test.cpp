@@ -22,8 +22,8 @@ KT_RGB32 any_color(std::uint8_t alpha) {
   return {byte(), byte(), byte(), alpha};
 }
 
-std::string describe(const Setup& setup, Layer layer, Kind kind, int seed) {
-  return std::string(name_of(setup.variant)) + ", layer " +
+std::string describe(const Configuration& configuration, Layer layer, Kind kind, int seed) {
+  return std::string(name_of(configuration.variant)) + ", layer " +
          std::to_string(static_cast<int>(layer)) + ", kind " +
          std::to_string(static_cast<int>(kind)) + ", seed " + std::to_string(seed);
 }
@@ -145,13 +145,14 @@ TEST(Property, AClippedStripIsTheWholeOneCut) {
 
 TEST(Property, NothingOutsideClipMaskOrImage) {
   for (const Variant variant : all_variants) {
-    const Setup setup{.variant = variant, .size = {50, 30}, .origin = {-20, 35}, .use_mask = true};
-    Session session(setup);
+    const Configuration configuration{
+        .variant = variant, .size = {50, 30}, .origin = {-20, 35}, .use_mask = true};
+    Session session(configuration);
     for (int seed = 0; seed < 300; ++seed) {
       engine.seed(static_cast<unsigned>(seed));
       const Layer layer = seed % 2 ? Layer::float_any : Layer::int_any;
       const Kind kind = all_kinds[seed % 3];
-      SCOPED_TRACE(describe(setup, layer, kind, seed));
+      SCOPED_TRACE(describe(configuration, layer, kind, seed));
       const int left = pick(0, 49), bottom = pick(0, 29);
       const int right = pick(left, 49), top = pick(bottom, 29);
       session.display().hard_clip = {left - 20, right - 20, bottom + 35, top + 35};
@@ -178,11 +179,12 @@ TEST(Property, NothingOutsideClipMaskOrImage) {
                           !(variant == Variant::rgb_z && blends);
       for (int y = 0; y < 30; ++y) {
         for (int x = 0; x < 50; ++x) {
-          const bool hidden =
-              masked && (cache.head->image->rows[y][x / 8] & 128 >> x % 8) != 0;
+          const bool hidden = masked && (cache.head->image->rows[y][x / 8] & 128 >> x % 8) != 0;
           if (x >= left && x <= right && y >= bottom && y <= top && !hidden) continue;
           ASSERT_FALSE(session.color->touched(x, y)) << "at " << x << ", " << y;
-          if (session.depth) ASSERT_FALSE(session.depth->touched(x, y)) << "at " << x << ", " << y;
+          if (session.depth) {
+            ASSERT_FALSE(session.depth->touched(x, y)) << "at " << x << ", " << y;
+          }
         }
       }
       ASSERT_TRUE(session.color->guards_intact());
