@@ -10,7 +10,6 @@ namespace {
 
 constexpr double field_of_view_degrees = 35;  // across the shorter side of the window
 constexpr double used_part = 0.92;            // of the window, the rest is margin
-constexpr double farthest_depth = 65535;
 // In parts of the model's size: no nearer does the eye come by itself, and no nearer does it see.
 constexpr double least_approach = 0.05;
 constexpr double least_near = 0.005;
@@ -182,7 +181,7 @@ KT_Point View::to_device(Vec3 eye_point) const {
                       : far_ > near_ ? far_ * (eye_point.z - near_) / (eye_point.z * (far_ - near_))
                                      : 0;
   const Vec3 device{half_width_ + scale * eye_point.x, half_height_ + scale * eye_point.y,
-                    farthest_depth * std::clamp(part, 0.0, 1.0)};
+                    farthest_depth_ * std::clamp(part, 0.0, 1.0)};
   const Vec3f point = narrow(device);
   return {point.x, point.y, point.z};
 }

@@ -29,6 +29,8 @@ class View {
   KT_Point to_device(Vec3 eye_point) const;
 
   double near_plane() const { return near_; }
+  // Ends depths so much before 65535, for faces that are drawn with an offset.
+  void leave_depth(int behind) { farthest_depth_ = 65535 - behind; }
   // Unit vectors in the coordinates of the model.
   Vec3 right() const { return right_; }
   Vec3 up() const { return up_; }
@@ -49,6 +51,7 @@ class View {
   double half_width_, half_height_;  // of the window, pixels
   double scale_ = 1;                 // pixels a unit, in perspective at depth 1
   double near_ = 0, far_ = 1;
+  double farthest_depth_ = 65535;
 };
 
 }  // namespace kv

@@ -4,13 +4,41 @@
 #include <optional>
 #include <string>
 
+#include "apps/edges.h"
 #include "apps/option_text.h"
 #include "host/color.h"
 #include "host/contour.h"
 
 namespace kv {
 
+// What a picture shows of a model.
+enum class Style {
+  shaded,       // faces, a colour a point
+  flat,         // faces, a colour each
+  wireframe,    // edges in the lit colours of their ends
+  hidden_line,  // dark edges before faces in the colour of the background
+  points        // vertices
+};
+
+constexpr bool shows_faces(Style style) {
+  return style == Style::shaded || style == Style::flat || style == Style::hidden_line;
+}
+constexpr bool shows_lines(Style style) {
+  return style == Style::wireframe || style == Style::hidden_line;
+}
+
+struct Line_Drawing {
+  Edge_Choice edges = Edge_Choice::all;
+  bool antialias = false;
+  int width = 1;    // pixels
+  int pattern = 0;  // 0: solid
+  bool outline = false;
+};
+
 struct Drawing {
+  Style style = Style::shaded;
+  Line_Drawing lines;
+  bool faces_as_edges = false;  // the module draws strips as the lines of their edges
   int cube_steps = 6;          // a channel, of the palette that mapped variants draw with
   std::optional<int> pattern;  // face pattern; without one faces are solid
   double opacity = 1;
@@ -19,6 +47,11 @@ struct Drawing {
 };
 
 inline constexpr int last_face_pattern = 73;
+inline constexpr int widest_line = 64;
+inline constexpr int last_line_pattern = 16;
+
+// How far faces stand behind the edges that are drawn over them.
+inline constexpr int hidden_line_offset = 150;
 
 // A regular cube of colours with `steps` a channel, 2 to 6.
 KT_Palette cube_palette(int steps);

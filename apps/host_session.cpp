@@ -10,6 +10,7 @@ namespace kv {
 namespace {
 
 constexpr int depth_bits = 16;
+constexpr KT_RGB32 line_color{0x30, 0x26, 0x20, 255};
 
 // What the framework says of a module, without the name that the message begins with anyway.
 std::string without_name(const std::string& error, const std::string& path) {
@@ -109,24 +110,19 @@ void Host_Session::create_frame_buffer(void* session, int width, int height,
   }
 }
 
-void Host_Session::draw(const Device_Geometry& geometry) {
+void Host_Session::draw(const Content& content) {
   KD_Reset_Undrawn_Count();
   renderer_->begin_picture_all(nullptr);
   clear();
-  const bool blends = variant_.direct_color && geometry.translucent();
-  if (blends) {
-    KT_Advanced_Options bits = rendition_->misc_attributes->advanced_options;
-    bits.bits |= KT_Advanced_Options::alpha_bit;
-    rendition_.set_advanced_options(bits, false);
-  }
-  if (variant_.depth && !blends) {
-    draw_strips(geometry);
-  } else {
-    draw_strips(back_to_front(geometry));
-  }
+  if (drawing_.style == Style::hidden_line)
+    draw_hiding_faces(content.faces);
+  else
+    draw_faces(content.faces);
+  draw_lines(content.lines);
+  draw_dots(content.dots);
   renderer_->end_picture_all();
   if (const unsigned undrawn = KD_Undrawn_Count(); undrawn > 0)
-    fail("the module left " + std::to_string(undrawn) + " strips undrawn");
+    fail("the framework left " + std::to_string(undrawn) + " primitives undrawn");
 }
 
 // The whole window, whatever the faces' pattern.
@@ -137,18 +133,97 @@ void Host_Session::clear() {
   if (variant_.depth) call<KT_Action::Clear_Depth>(solid);
 }
 
-void Host_Session::draw_strips(const Device_Geometry& geometry) {
+void Host_Session::draw_faces(const Device_Geometry& geometry) {
+  KT_Rendition rendition = rendition_;
+  std::uint32_t bits = rendition->misc_attributes->advanced_options.bits;
+  const bool blends = variant_.direct_color && geometry.translucent();
+  if (blends) bits |= KT_Advanced_Options::alpha_bit;
+  if (drawing_.faces_as_edges) {
+    bits |= KT_Advanced_Options::edge_bit;
+    rendition.set_color(line_color, false);
+  }
+  rendition.set_advanced_options({bits}, false);
+  if (variant_.depth && !blends)
+    draw_strips(rendition, geometry);
+  else
+    draw_strips(rendition, back_to_front(geometry));
+}
+
+// Faces that show nothing but hide what is behind them; without a depth buffer there is nothing
+// that they could hide.
+void Host_Session::draw_hiding_faces(const Device_Geometry& geometry) {
+  if (!variant_.depth) return;
+  KT_Rendition rendition = rendition_;
+  rendition.edit(&KT_Rendition_Data::face_attributes).face_depth_offset = hidden_line_offset;
+  set_color(rendition, background_);
+  for (const Device_Strip& strip : geometry.strips()) {
+    const auto points = geometry.points(strip);
+    call<KT_Action::Draw_2D_Polytriangle>(rendition, static_cast<int>(points.size()),
+                                          points.data());
+  }
+}
+
+void Host_Session::draw_strips(const KT_Rendition& rendition, const Device_Geometry& geometry) {
   for (const Device_Strip& strip : geometry.strips()) {
     const auto points = geometry.points(strip);
     const auto colors = geometry.colors(strip);
     const int count = static_cast<int>(points.size());
     if (geometry.mode() == Mode::flat)
-      call<KT_Action::Draw_2D_Colorized_Polytriangle>(rendition_, count, points.data(),
+      call<KT_Action::Draw_2D_Colorized_Polytriangle>(rendition, count, points.data(),
                                                       colors.data(), false);
     else
-      call<KT_Action::Draw_2D_Gouraud_Polytriangle>(rendition_, count, points.data(),
+      call<KT_Action::Draw_2D_Gouraud_Polytriangle>(rendition, count, points.data(),
                                                     colors.data());
   }
+}
+
+KT_Rendition Host_Session::line_rendition() const {
+  KT_Rendition rendition = rendition_;
+  const Line_Drawing& lines = drawing_.lines;
+  KT_Line_Attributes& attributes = rendition.edit(&KT_Rendition_Data::line_attributes);
+  attributes.line_weight = lines.width;
+  attributes.line_pattern = lines.pattern;
+  if (lines.antialias) rendition.set_advanced_options({KT_Advanced_Options::antialias_bit}, false);
+  if (lines.outline) {
+    KT_Basic_Material material;
+    material->outline_width = 1;
+    material->outline_color = background_;
+    material->core_color = line_color;
+    rendition.edit(&KT_Rendition_Data::material).basic_material = material;
+  }
+  return rendition;
+}
+
+// Plain lines where their style asks for it, else in the colours of their ends.
+void Host_Session::draw_lines(const std::vector<Device_Line>& lines) {
+  if (lines.empty()) return;
+  KT_Rendition rendition = line_rendition();
+  set_color(rendition, line_color);
+  const bool plain = drawing_.style == Style::hidden_line || drawing_.lines.outline ||
+                     drawing_.lines.antialias;
+  for (const Device_Line& line : lines) {
+    if (plain)
+      call<KT_Action::Draw_2DI_Polyline>(rendition, 2, line.points.data());
+    else
+      call<KT_Action::Draw_2DI_Gouraud_Polyline>(rendition, 2, line.points.data(),
+                                                 line.colors.data());
+  }
+}
+
+void Host_Session::draw_dots(const std::vector<Device_Dots>& dots) {
+  for (const Device_Dots& part : dots) {
+    KT_Rendition rendition = rendition_;
+    set_color(rendition, part.color);
+    call<KT_Action::Draw_2DI_Polymarker>(rendition, static_cast<int>(part.points.size()),
+                                         part.points.data());
+  }
+}
+
+void Host_Session::set_color(KT_Rendition& rendition, const KT_RGB32& color) const {
+  rendition.set_color(color, false);
+  if (palette_)
+    rendition.edit(&KT_Rendition_Data::material).color_index =
+        static_cast<std::uint32_t>(palette_.closest_match(color, false)) & 255;
 }
 
 Picture Host_Session::read_picture() {

@@ -41,13 +41,26 @@ std::string default_module() {
 }
 
 void check_not_same_file(const Options& options) {
-  struct stat model {
-  }, picture{};
+  struct stat model {};
+  struct stat picture {};
   if (stat(options.model_path.c_str(), &model) != 0) return;
   if (stat(options.picture_path.c_str(), &picture) != 0) return;
   if (model.st_dev == picture.st_dev && model.st_ino == picture.st_ino)
     throw Failure(Exit_Code::usage, options.picture_path, "the picture would replace the model",
                   "name another picture");
+}
+
+Content content_of(const Scene& scene, View& view, const Drawing& drawing) {
+  const auto opacity = static_cast<float>(drawing.opacity);
+  const Style style = drawing.style;
+  if (style == Style::hidden_line) view.leave_depth(hidden_line_offset);
+  Content content;
+  if (shows_faces(style))
+    content.faces = device_geometry(scene, view, style == Style::shaded ? Mode::shaded : Mode::flat,
+                                    opacity);
+  if (shows_lines(style)) content.lines = device_lines(scene, view, drawing.lines.edges, opacity);
+  if (style == Style::points) content.dots = device_dots(scene, view, opacity);
+  return content;
 }
 
 void run(const Options& options) {
@@ -56,9 +69,8 @@ void run(const Options& options) {
   const Scene scene = make_scene(load_model(options.model_path, options.limits));
   Host_Session session(options.module_path, options.variant, options.size, options.drawing,
                        options.background);
-  const View view(options.camera, options.size.width, options.size.height, scene.model);
-  session.draw(
-      device_geometry(scene, view, options.mode, static_cast<float>(options.drawing.opacity)));
+  View view(options.camera, options.size.width, options.size.height, scene.model);
+  session.draw(content_of(scene, view, options.drawing));
   write_picture_file(options.picture_path, session.read_picture());
 }
 

@@ -41,4 +41,11 @@ Clipped_Strip clip_near(const std::array<Eye_Point, 3>& triangle, double near_pl
   return polygon;
 }
 
+bool clip_near(std::array<Eye_Point, 2>& ends, double near_plane) {
+  const bool first = ends[0].position.z >= near_plane, second = ends[1].position.z >= near_plane;
+  if (first && !second) ends[1] = crossing(ends[0], ends[1], near_plane);
+  if (!first && second) ends[0] = crossing(ends[1], ends[0], near_plane);
+  return first || second;
+}
+
 }  // namespace kv

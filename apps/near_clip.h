@@ -26,4 +26,7 @@ struct Clipped_Strip {
 // Keeps what lies at or beyond `near_plane`, and its winding.
 Clipped_Strip clip_near(const std::array<Eye_Point, 3>& triangle, double near_plane);
 
+// The same for the ends of a line; false when nothing of it is left.
+bool clip_near(std::array<Eye_Point, 2>& ends, double near_plane);
+
 }  // namespace kv

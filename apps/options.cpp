@@ -20,7 +20,13 @@ const std::map<std::string, Variant> variants = {
     {"mapped", Variant::mapped},
     {"mapped-z", Variant::mapped_z},
 };
-const std::map<std::string, Mode> modes = {{"shaded", Mode::shaded}, {"flat", Mode::flat}};
+const std::map<std::string, Style> styles = {{"shaded", Style::shaded},
+                                             {"flat", Style::flat},
+                                             {"wireframe", Style::wireframe},
+                                             {"hidden-line", Style::hidden_line},
+                                             {"points", Style::points}};
+const std::map<std::string, Edge_Choice> edge_choices = {{"all", Edge_Choice::all},
+                                                         {"feature", Edge_Choice::feature}};
 const std::map<std::string, int> palettes = {
     {"cube2", 2}, {"cube3", 3}, {"cube4", 4}, {"cube5", 5}, {"cube6", 6}};
 const std::map<std::string, bool> clips = {{"circle", true}};
@@ -64,6 +70,19 @@ CLI::Option* add_number(CLI::App& app, const std::string& name, double& target, 
   return add_parsed<double>(app, name, target, parse, help);
 }
 
+template <class Number>
+CLI::Option* add_whole_number(CLI::App& app, const std::string& name, Number& target, int low,
+                              int high, const std::string& help) {
+  const auto parse = [low, high](const std::string& text) -> Number {
+    int value = 0;
+    if (!CLI::detail::lexical_cast(text, value) || value < low || value > high)
+      throw std::invalid_argument("'" + text + "' is no whole number from " +
+                                  std::to_string(low) + " to " + std::to_string(high));
+    return value;
+  };
+  return add_parsed<Number>(app, name, target, parse, help)->type_name("N");
+}
+
 void add_camera_options(CLI::App& app, Camera_Options& camera) {
   const std::string group = "Camera";
   add_number(app, "--azimuth", camera.azimuth, -360, 360,
@@ -84,20 +103,31 @@ void add_camera_options(CLI::App& app, Camera_Options& camera) {
   add_choice(app, "--up", camera.up, axes, "up axis of the model (y)")->group(group);
 }
 
+void add_line_options(CLI::App& app, Drawing& drawing) {
+  const std::string group = "Lines";
+  Line_Drawing& lines = drawing.lines;
+  add_choice(app, "--wire", lines.edges, edge_choices,
+             "edges of wireframe and hidden-line pictures (all)")
+      ->group(group);
+  app.add_flag("--antialias", lines.antialias, "smooth lines, in rgb and rgb-alpha")->group(group);
+  add_whole_number(app, "--line-width", lines.width, 1, widest_line, "in pixels (1)")->group(group);
+  add_whole_number(app, "--line-pattern", lines.pattern, 0, last_line_pattern,
+                   "0 is solid, others are dashes and dots (0)")
+      ->group(group);
+  app.add_flag("--outline", lines.outline, "lines with a rim in the colour of the background")
+      ->group(group);
+  app.add_flag("--edges", drawing.faces_as_edges,
+               "let the module draw faces as their edges, in the variants rgb-z and rgb-alpha-z")
+      ->group(group);
+}
+
 void add_drawing_options(CLI::App& app, Drawing& drawing) {
   const std::string group = "Drawing";
   add_choice(app, "--palette", drawing.cube_steps, palettes,
              "colour cube of the mapped variants, by steps a channel (cube6)")
       ->group(group);
-  const auto parse_pattern = [](const std::string& text) -> std::optional<int> {
-    int pattern = 0;
-    if (!CLI::detail::lexical_cast(text, pattern) || pattern < 0 || pattern > last_face_pattern)
-      throw std::invalid_argument("'" + text + "' is no pattern from 0 to 73");
-    return pattern;
-  };
-  add_parsed<std::optional<int>>(app, "--pattern", drawing.pattern, parse_pattern,
-                                 "pattern of the faces: 1 to 63 greys, 64 solid, 65 to 73 hatches")
-      ->type_name("N")
+  add_whole_number(app, "--pattern", drawing.pattern, 0, last_face_pattern,
+                   "pattern of the faces: 1 to 63 greys, 64 solid, 65 to 73 hatches")
       ->group(group);
   add_number(app, "--opacity", drawing.opacity, 0, 1,
              "of the faces, in the variants of direct colour (1)")
@@ -134,13 +164,14 @@ void add_options(CLI::App& app, Options& options) {
   add_parsed<Size>(app, "--size", options.size, parse_size, "of the picture (1024x768)")
       ->type_name("WxH");
   add_choice(app, "--variant", options.variant, variants, "configuration of the module (rgb-z)");
-  add_choice(app, "--mode", options.mode, modes, "a colour a point or a triangle (shaded)");
+  add_choice(app, "--mode", options.drawing.style, styles, "what is drawn of the model (shaded)");
   add_parsed<Color>(app, "--background", options.background, parse_color, "(#edf0f2)")
       ->type_name("COLOR");
   app.add_option("--module", options.module_path, "renderer module to draw with")
       ->type_name("FILE");
   add_camera_options(app, options.camera);
   add_drawing_options(app, options.drawing);
+  add_line_options(app, options.drawing);
 }
 
 [[noreturn]] void refuse(const std::string& what) {

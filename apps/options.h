@@ -19,7 +19,6 @@ struct Options {
   std::string module_path;
   Size size;
   Variant variant = Variant::rgb_z;
-  Mode mode = Mode::shaded;
   Camera_Options camera;
   Drawing drawing;
   Color background{0.93f, 0.94f, 0.95f, 1};

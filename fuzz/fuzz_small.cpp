@@ -49,10 +49,10 @@ void KD_Standard_Draw_DCI_Index8_Image(KT_Renderer_Data*, const KT_Rendition&,
                                        const std::uint8_t* pixels) {
   standard_calls.push_back({KT_Action::Draw_DCI_Index8_Image, stride, start, pixels});
 }
-#define RECORD_POLYGON(name, Point)                                                           \
-  void KD_Standard_##name(KT_Renderer_Data*, const KT_Rendition&, int count,                  \
-                          const Point* points, const KT_RGB32* color) {                       \
-    standard_calls.push_back({KT_Action::name, count, points, color});                        \
+#define RECORD_POLYGON(name, Point)                                                               \
+  void KD_Standard_##name(KT_Renderer_Data*, const KT_Rendition&, int count, const Point* points, \
+                          const KT_RGB32* color) {                                                \
+    standard_calls.push_back({KT_Action::name, count, points, color});                            \
   }
 RECORD_POLYGON(Draw_2D_Polygon, KT_Point)
 RECORD_POLYGON(Draw_DC_Polygon, KT_Point)
@@ -146,8 +146,8 @@ struct Test {
   void make_polygon() {
     auto& face = scene.rendition.edit(&KT_Rendition_Data::face_attributes);
     face.face_pattern = random.once_in(6) ? random.pick({75, 100}) : random.pick({0, 64, 74});
-    polygon.action = static_cast<KT_Action>(static_cast<int>(KT_Action::Draw_2D_Polygon) +
-                                            random.range(0, 3));
+    polygon.action =
+        static_cast<KT_Action>(static_cast<int>(KT_Action::Draw_2D_Polygon) + random.range(0, 3));
     polygon.color = color;
     const bool floats = polygon.action == KT_Action::Draw_2D_Polygon ||
                         polygon.action == KT_Action::Draw_DC_Polygon;
@@ -156,8 +156,8 @@ struct Test {
       KT_DCI_Point p = pixel();
       if (random.once_in(9)) p.x = random.range(-20000000, 20000000);
       if (floats)
-        polygon.floats.push_back({static_cast<float>(p.x) + 0.25f, static_cast<float>(p.y),
-                                  static_cast<float>(p.z)});
+        polygon.floats.push_back(
+            {static_cast<float>(p.x) + 0.25f, static_cast<float>(p.y), static_cast<float>(p.z)});
       else
         polygon.points.push_back(p);
     }
@@ -186,8 +186,8 @@ struct Test {
     Strip_Call call;
     call.action = action;
     for (int i = 0; i < count; ++i)
-      call.points.push_back({static_cast<double>(p[i].x), static_cast<double>(p[i].y),
-                             static_cast<double>(p[i].z)});
+      call.points.push_back(
+          {static_cast<double>(p[i].x), static_cast<double>(p[i].y), static_cast<double>(p[i].z)});
     if (colors) call.color = *colors;
     call.single_color = single;
     call.depth_offset = r->face_attributes->face_depth_offset;
@@ -230,11 +230,10 @@ void record_flat(KT_Renderer_Data* renderer) {
 }
 template <KT_Action action, class Point>
 void record_colorized(KT_Renderer_Data* renderer) {
-  renderer->actions.bind<action>(
-      renderer, [](KT_Renderer_Data*, const KT_Rendition& r, int count, const Point* p,
-                   const KT_RGB32* c, bool single) {
-        recording->record(action, r, count, p, c, single);
-      });
+  renderer->actions.bind<action>(renderer, [](KT_Renderer_Data*, const KT_Rendition& r, int count,
+                                              const Point* p, const KT_RGB32* c, bool single) {
+    recording->record(action, r, count, p, c, single);
+  });
 }
 
 bool same(const Strip_Call& a, const Strip_Call& b) {
@@ -269,7 +268,8 @@ std::string Test::run_polygon() {
     const KT_RGB32 colors[3] = {{0, 0, 0, 0}, {255, 255, 255, 0}, {0, 0, 0, 0}};
     edge_test = this;
     renderer->actions.call<Draw_DCI_Gouraud_Polytriangle>(edges, 3, corners, colors);
-    if (std::exchange(edge_test, nullptr)) return "  a wide edge did not go to the general routine\n";
+    if (std::exchange(edge_test, nullptr))
+      return "  a wide edge did not go to the general routine\n";
   } else {
     call_polygon();
   }
@@ -319,14 +319,13 @@ std::string Test::run(const KT_Renderer_Module& module) {
     using enum KT_Action;
     const auto& [indices, start, end, stride, bytes] = image;
     if (!model::draw_image(setting.state, r, image))
-      expected = {{indices ? Draw_DCI_Index8_Image : Draw_DCI_RGB32_Image, stride, &start,
-                   bytes.data()}};
+      expected = {
+          {indices ? Draw_DCI_Index8_Image : Draw_DCI_RGB32_Image, stride, &start, bytes.data()}};
     if (indices)
       table.call<Draw_DCI_Index8_Image>(r, &start, &end, stride, bytes.data());
     else
       table.call<Draw_DCI_RGB32_Image>(r, &start, &end, stride,
-                                       reinterpret_cast<const KT_RGB32*>(bytes.data()), 0,
-                                       nullptr);
+                                       reinterpret_cast<const KT_RGB32*>(bytes.data()), 0, nullptr);
   }
   const bool right = standard_calls == expected;
   return (right ? "" : "  the wrong calls of general routines\n") +

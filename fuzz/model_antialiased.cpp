@@ -14,7 +14,8 @@ std::int64_t aa_step(std::int64_t d, std::int64_t n) {
 }
 
 int coverage(std::int64_t distance) {
-  return std::max(0, static_cast<int>(std::floor(256 - 0.81793 * static_cast<double>(distance) + 0.5)));
+  return std::max(
+      0, static_cast<int>(std::floor(256 - 0.81793 * static_cast<double>(distance) + 0.5)));
 }
 
 /// Steps `from` to `end` of the line that leaves `p` by (dx, dy).
@@ -30,8 +31,8 @@ void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const
       const int x = x_major ? major : minor, y = x_major ? minor : major;
       if (x < hard.left || x > hard.right || y < hard.bottom || y > hard.top) continue;
       if (hidden(state, x, y)) continue;
-      const int weight = coverage(std::abs(minor * 4294967296 - position) >> 24) *
-                         (color.alpha * 256 / 255);
+      const int weight =
+          coverage(std::abs(minor * 4294967296 - position) >> 24) * (color.alpha * 256 / 255);
       const auto mix = [weight](int s, int d) {
         return static_cast<std::uint8_t>(d + (((s - d) * weight) >> 16));
       };
@@ -56,12 +57,10 @@ void draw_cut(State& state, const KT_Rendition& rendition, const KT_DCI_Point& p
     const KT_DCI_Point before = end;
     if ((codes[k] & 1) != 0 && dx != 0) end.x = hard.left;
     if ((codes[k] & 4) != 0 && dx != 0) end.x = hard.right;
-    if (dx != 0)
-      end.y += static_cast<int>(static_cast<std::int64_t>(end.x - before.x) * dy / dx);
+    if (dx != 0) end.y += static_cast<int>(static_cast<std::int64_t>(end.x - before.x) * dy / dx);
     if (end.y >= hard.bottom && end.y <= hard.top) continue;
     end.y = end.y < hard.bottom ? hard.bottom : hard.top;
-    if (dy != 0)
-      end.x = p.x + static_cast<int>(static_cast<std::int64_t>(end.y - p.y) * dx / dy);
+    if (dy != 0) end.x = p.x + static_cast<int>(static_cast<std::int64_t>(end.y - p.y) * dx / dy);
     if (end.x < hard.left || end.x > hard.right) return;
   }
   const bool x_major = dx != 0 && adx >= ady;
@@ -92,8 +91,8 @@ void draw_antialiased_line(State& state, const KT_Rendition& rendition,
   std::vector<KT_DCI_Point> run{points[0]};
   // On the first point alone the right and the top bound count as outside.
   const auto code_of = [&](const KT_DCI_Point& p, int bound) {
-    return (p.x < hard.left ? 1 : p.x > hard.right - bound ? 4 : 0) |
-           (p.y < hard.bottom ? 8 : p.y > hard.top - bound ? 2 : 0);
+    return (p.x < hard.left) + 2 * (p.y > hard.top - bound) + 4 * (p.x > hard.right - bound) +
+           8 * (p.y < hard.bottom);
   };
   int before = code_of(points[0], 1);
   for (std::size_t j = 1; j < points.size(); ++j) {

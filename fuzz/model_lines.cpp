@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <sstream>
 
 #include "fuzz/model_small.h"
 
@@ -32,10 +33,13 @@ int whole(std::uint32_t position) {
   return static_cast<std::int16_t>(position >> 16);
 }
 
+std::uint32_t half(int value) {
+  return static_cast<std::uint32_t>(value >> 1);
+}
+
 /// Half a step, with the rounding of the quadrant, from where the runs of a row are measured.
 std::uint32_t run_start(const Segment& s, int step) {
   const auto x = static_cast<std::uint32_t>(s.p.x) << 16;
-  const auto half = [](int value) { return static_cast<std::uint32_t>(value >> 1); };
   if (s.dx() < 0) return s.dy() > 0 ? x + half(step + 1) : x - 1 + half(step + 1);
   return s.dy() > 0 ? (x | 0xFFFF) + half(step) : x + 0x10000 + half(step);
 }
@@ -63,6 +67,11 @@ std::vector<Step> steps_of(const Segment& s) {
     for (; (s.q.x - x) * sx > 0; x += sx) put(x, y);
   }
   return steps;
+}
+
+/// Where a point lies: 1 left of the rectangle, 2 above, 4 right, 8 below.
+int code_of(const KT_Int_Rectangle& r, const KT_DCI_Point& p) {
+  return (p.x < r.left) + 2 * (p.y > r.top) + 4 * (p.x > r.right) + 8 * (p.y < r.bottom);
 }
 
 /// Row at which a segment meets the right or the left side of the clip.
@@ -102,14 +111,9 @@ std::vector<Step> clipped_steps_of(const Segment& s, int c0, int c1, const KT_In
   const int x0 = s.p.x, y0 = s.p.y, x1 = s.q.x, y1 = s.q.y;
   const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
   const auto put = [&](int x, int y) { steps.push_back(s.step_at(x, y)); };
-  if (dy == 0) {
-    const int from = x0 < x1 ? x0 : x1 + 1, to = x0 < x1 ? x1 - 1 : x0;
-    for (int x = std::max(from, r.left); x <= std::min(to, r.right); ++x) put(x, y0);
-    return steps;
-  }
-  if (dx == 0) {
-    const int from = y0 < y1 ? y0 : y1 + 1, to = y0 < y1 ? y1 - 1 : y0;
-    for (int y = std::max(from, r.bottom); y <= std::min(to, r.top); ++y) put(x0, y);
+  if (dx == 0 || dy == 0) {
+    for (const Step& step : steps_of(s))
+      if (code_of(r, {step.x, step.y, 0}) == 0) steps.push_back(step);
     return steps;
   }
   const auto row_of = [&](int code, int y) {
@@ -136,7 +140,6 @@ std::vector<Step> clipped_steps_of(const Segment& s, int c0, int c1, const KT_In
   std::uint32_t position = run_start(s, step);
   int x = x0;
   if (c0 != 0) {
-    const auto half = [](int value) { return static_cast<std::uint32_t>(value >> 1); };
     position = dx > 0 ? (dy > 0 ? (base | 0xFFFF) + half(-step) : base + 0x10000 + half(-step))
                       : (dy > 0 ? base - half(step) : base - 1 - half(step));
     position += static_cast<std::uint32_t>(k) * wrapped;
@@ -339,25 +342,21 @@ class Drawer {
       draw_dot(state_, v, rendition_, points.back(), line.kind == Kind::flat ? nullptr : &c);
     }
     const auto part = [&](std::size_t first, std::size_t last) {
-      Line run{line.kind, {points.begin() + static_cast<long>(first),
-                           points.begin() + static_cast<long>(last) + 1},
-               line.colors, line.single_color};
-      if (gouraud || (colorized && !line.single_color && !line.colors.empty()))
-        run.colors.erase(run.colors.begin(), run.colors.begin() + static_cast<long>(first));
+      Line run = line;
+      const auto from = [&](auto& list) { return list.begin() + static_cast<long>(first); };
+      run.points = {from(points), from(points) + static_cast<long>(last - first) + 1};
+      if (gouraud || (colorized && !line.single_color))
+        run.colors = {from(line.colors), line.colors.end()};
       return run;
     };
     for (std::size_t i = 0;;) {
       while ((codes[i] & codes[i + 1]) != 0) ++i;
       if (codes[i + 1] == 4096) return;
       if (codes[i] != 0 || codes[i + 1] != 0) {
-        const KT_RGB32 c = gouraud ? line.colors[i] : color(line, i);
+        const KT_RGB32 c = color(line, i);
         Segment s{points[i], points[i + 1], c, gouraud ? line.colors[i + 1] : c};
         if (clip_to_range(s, has_depth(v) || gouraud, gouraud)) {
-          const auto code_of = [&](const KT_DCI_Point& p) {
-            return (p.x < hard.left ? 1 : p.x > hard.right ? 4 : 0) |
-                   (p.y > hard.top ? 2 : p.y < hard.bottom ? 8 : 0);
-          };
-          const int c0 = code_of(s.p), c1 = code_of(s.q);
+          const int c0 = code_of(hard, s.p), c1 = code_of(hard, s.q);
           const bool always_clips = masks && line.kind == Kind::flat;
           if ((c0 | c1) == 0 && !always_clips) {
             Line pair = part(i, i + 1);
@@ -382,8 +381,9 @@ class Drawer {
     const bool flat = routine.kind == Kind::flat;
     routine.blends = has_alpha(routine.variant);
     routine.merges = flat && !has_depth(routine.variant) && merge_on(state_, rendition_);
-    routine.reads_settings = !routine.masked && (flat || (routine.kind == Kind::colorized &&
-                                                          routine.variant != Variant::mapped_z));
+    routine.reads_settings =
+        !routine.masked &&
+        (flat || (routine.kind == Kind::colorized && routine.variant != Variant::mapped_z));
     draw_steps(routine, s, steps);
   }
 
@@ -419,20 +419,16 @@ class Drawer {
   void walk(const Routine& routine, const Line& line) {
     const Points& points = line.points;
     const bool gouraud = line.kind == Kind::gouraud;
-    const bool short_cut = gouraud && routine.variant != Variant::rgb_alpha_z &&
-                           routine.variant != Variant::rgb_z;
+    const bool short_cut =
+        gouraud && routine.variant != Variant::rgb_alpha_z && routine.variant != Variant::rgb_z;
     const auto near = [](int a, int b) { return std::abs(a - b) <= 3; };
     Segment s;
     for (std::size_t j = 0; j + 1 < points.size(); ++j) {
-      if (gouraud)
-        s = {points[j], points[j + 1], line.colors[j], line.colors[j + 1]};
-      else
-        s = {points[j], points[j + 1], color(line, j), color(line, j)};
-      const KT_RGB32 a = s.p_color, b = s.q_color;
+      const KT_RGB32 a = color(line, j), b = gouraud ? line.colors[j + 1] : a;
+      s = {points[j], points[j + 1], a, b};
       if (short_cut && near(a.blue, b.blue) && near(a.green, b.green) && near(a.red, b.red)) {
         const bool shared = routine.masked && routine.variant == Variant::rgb_alpha;
-        draw_dci(shared ? Variant::rgb : routine.variant,
-                 {Kind::colorized, {s.p, s.q}, {a}, true});
+        draw_dci(shared ? Variant::rgb : routine.variant, {Kind::colorized, {s.p, s.q}, {a}, true});
       } else {
         draw_steps(routine, s, steps_of(s));
       }
@@ -443,17 +439,15 @@ class Drawer {
   void draw_final(Routine routine, const Segment& s) {
     const int x = s.q.x - state_.origin.x, y = s.q.y - state_.origin.y;
     const bool mapped_z = routine.variant == Variant::mapped_z;
+    if (routine.masked && hidden(state_, x, y)) return;
     if (has_depth(routine.variant)) {
       // With indices the depth runs on, one step past the end.
       const int past = s.major() == 0 ? 0 : s.major() + 1;
       const int run_on = depth_at(s, past);
       auto& stored = state_.depth.at<std::uint16_t>(x, y);
       if ((mapped_z && routine.kind == Kind::colorized ? run_on : s.q.z) > stored) return;
-      if (routine.masked && hidden(state_, x, y)) return;
       stored = static_cast<std::uint16_t>(mapped_z && routine.kind != Kind::flat ? run_on : s.q.z);
       if (routine.kind == Kind::colorized) routine.blends = false;
-    } else if (routine.masked && hidden(state_, x, y)) {
-      return;
     }
     store(routine, x, y, ink_at(routine, {s.q, s.q, s.q_color, s.q_color}, 0));
   }
@@ -461,14 +455,12 @@ class Drawer {
   void draw_steps(const Routine& routine, const Segment& s, const std::vector<Step>& steps) {
     for (const Step& step : steps) {
       const int x = step.x - state_.origin.x, y = step.y - state_.origin.y;
+      if (routine.masked && hidden(state_, x, y)) continue;
       if (has_depth(routine.variant)) {
         const std::uint16_t z = depth_at(s, step.distance);
         auto& stored = state_.depth.at<std::uint16_t>(x, y);
         if (!depth_passes(routine.reads_settings ? state_.zbuffer_test : 2, z, stored)) continue;
-        if (routine.masked && hidden(state_, x, y)) continue;
         if (!routine.reads_settings || state_.zbuffer_write) stored = z;
-      } else if (routine.masked && hidden(state_, x, y)) {
-        continue;
       }
       store(routine, x, y, ink_at(routine, s, step.distance));
     }
@@ -508,11 +500,10 @@ class Drawer {
       const KT_RGB32 c = ink.color;
       const int scaled[3] = {c.red * cube.red_scale << 8, c.green * cube.green_scale << 8,
                              c.blue * cube.blue_scale << 8};
-      const std::uint8_t index = routine.kind == Kind::flat
-                                     ? static_cast<std::uint8_t>(r_.material->color_index)
-                                 : routine.kind == Kind::colorized
-                                     ? ordered_index(cube, scaled, d)
-                                     : dithered_index(cube, ink.scaled, d);
+      const std::uint8_t index =
+          routine.kind == Kind::flat        ? static_cast<std::uint8_t>(r_.material->color_index)
+          : routine.kind == Kind::colorized ? ordered_index(cube, scaled, d)
+                                            : dithered_index(cube, ink.scaled, d);
       auto& pixel = state_.color.at<std::uint8_t>(x, y);
       pixel = routine.merges ? merge_mapped(state_, pixel, index) : index;
       return;
@@ -532,16 +523,18 @@ class Drawer {
 
 }  // namespace
 
-std::array<std::int64_t, 13> look_of(const KT_Rendition& rendition) {
+std::string look_of(const KT_Rendition& rendition) {
   const KT_Line_Attributes& line = *rendition->line_attributes;
   const KT_Face_Attributes& face = *rendition->face_attributes;
   const KT_Misc_Attributes& misc = *rendition->misc_attributes;
-  return {line.line_pattern,      line.line_weight,       line.line_end_style_a,
-          line.line_end_style_b,  line.line_corner_style, line.line_flag_a,
-          line.line_flag_b,       face.face_pattern,      face.face_depth_offset,
-          misc.pattern_options,   misc.advanced_options.bits,
-          rendition->material->color.word(),
-          rendition->material->contrast_color.word()};
+  std::ostringstream out;
+  out << "pattern " << line.line_pattern << ", weight " << line.line_weight << ", styles "
+      << line.line_end_style_a << line.line_end_style_b << line.line_corner_style << ", flags "
+      << +line.line_flag_a << +line.line_flag_b << ", face " << face.face_pattern << ", offset "
+      << face.face_depth_offset << ", options " << misc.pattern_options << " " << std::hex
+      << misc.advanced_options.bits << ", color " << rendition->material->color.word()
+      << ", contrast " << rendition->material->contrast_color.word();
+  return out.str();
 }
 
 std::vector<General_Line> draw_line(State& state, const KT_Rendition& rendition, bool device,

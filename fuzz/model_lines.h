@@ -1,7 +1,7 @@
 // Reference model of the polyline actions.
 #pragma once
 
-#include <array>
+#include <string>
 
 #include "fuzz/model_pixels.h"
 
@@ -20,12 +20,12 @@ struct Line {
 struct General_Line {
   bool device = false;  ///< the DCI layer
   Line line;
-  std::array<std::int64_t, 13> look{};  ///< of the rendition
+  std::string look;  ///< of the rendition
   bool operator==(const General_Line&) const = default;
 };
 
 /// The attributes of a rendition that the passes of an outlined line change.
-std::array<std::int64_t, 13> look_of(const KT_Rendition&);
+std::string look_of(const KT_Rendition&);
 
 /// Does to the images of `state` what the action does; gives the general routines it calls.
 std::vector<General_Line> draw_line(State&, const KT_Rendition&, bool device, const Line&);

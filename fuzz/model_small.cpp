@@ -83,6 +83,7 @@ bool draw_image(State& state, const KT_Rendition& rendition, const Image_Call& c
   const bool by_alpha = has_alpha(v) && (masked || (bits & 4) == 0);
 
   const int right = std::min(c.end.x, state.origin.x + state.extent.x - 1);
+  if (right < c.start.x) return true;
   auto ramp = static_cast<std::uint32_t>(c.start.z) << 15 | 0x4000;
   const auto step =
       static_cast<std::uint32_t>(depth_step(c.end.z - c.start.z, c.end.x - c.start.x));
@@ -124,12 +125,13 @@ std::optional<std::vector<Strip_Call>> draw_polygon(const KT_Rendition& renditio
   const std::size_t count = points.size();
 
   Strip_Call strip;
-  strip.action = c.color ? device ? Draw_DC_Colorized_Polytriangle : Draw_2D_Colorized_Polytriangle
+  strip.action = c.color  ? device ? Draw_DC_Colorized_Polytriangle : Draw_2D_Colorized_Polytriangle
                  : device ? Draw_DC_Polytriangle
                           : Draw_2D_Polytriangle;
   strip.color = c.color;
   strip.single_color = c.color.has_value();
-  const bool shifted = floats && edge_depth_offset != 0 && edge_depth_offset != face.face_depth_offset;
+  const bool shifted =
+      floats && edge_depth_offset != 0 && edge_depth_offset != face.face_depth_offset;
   strip.depth_offset = shifted ? edge_depth_offset : face.face_depth_offset;
   strip.same_rendition = !shifted;
 
@@ -139,15 +141,14 @@ std::optional<std::vector<Strip_Call>> draw_polygon(const KT_Rendition& renditio
     strips.push_back(strip);
   };
   const auto exact = [](const auto& p) {
-    return KT_Point_D{static_cast<double>(p.x), static_cast<double>(p.y),
-                      static_cast<double>(p.z)};
+    return KT_Point_D{static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z)};
   };
   if (count < 3) return strips;
   if (count == 3 && floats) {
     add({exact(points[0]), exact(points[1]), exact(points[2])});
   } else if (count == 3) {
-    strip.action = c.color ? device ? Draw_DCI_Colorized_Polytriangle
-                                    : Draw_2DI_Colorized_Polytriangle
+    strip.action = c.color
+                       ? device ? Draw_DCI_Colorized_Polytriangle : Draw_2DI_Colorized_Polytriangle
                    : device ? Draw_DCI_Polytriangle
                             : Draw_2DI_Polytriangle;
     strip.single_color = false;

@@ -36,13 +36,13 @@ struct Strip_Call {
   std::vector<KT_Point_D> points;
   std::optional<KT_RGB32> color;
   bool single_color = false;
-  int depth_offset = 0;   ///< of the rendition that the strip is drawn with
+  int depth_offset = 0;         ///< of the rendition that the strip is drawn with
   bool same_rendition = false;  ///< that rendition is the caller's own record
 };
 struct Polygon_Call {
   KT_Action action{};
-  std::vector<KT_Point> floats;         // of the float actions
-  std::vector<KT_DCI_Point> points;     // of the integer ones
+  std::vector<KT_Point> floats;      // of the float actions
+  std::vector<KT_DCI_Point> points;  // of the integer ones
   std::optional<KT_RGB32> color;
 };
 /// The strips of a polygon of that rank; nothing at all when the general routine is to draw it.

@@ -71,21 +71,6 @@ class Quad_Ramp {
   Word step_;
 };
 
-/// Calls `draw(to, ...)` with arrays of four in place of the last pixels of a stretch.
-template <class Element>
-class Padded {
- public:
-  Padded(const Element* from, std::ptrdiff_t count) : count_(static_cast<std::size_t>(count)) {
-    std::memcpy(elements_, from, count_ * sizeof(Element));
-  }
-  Element* data() { return elements_; }
-  void put_back(Element* to) const { std::memcpy(to, elements_, count_ * sizeof(Element)); }
-
- private:
-  std::size_t count_;
-  Element elements_[quad_size] = {};
-};
-
 /// Pixels without depth.
 struct No_Depth {
   static constexpr bool ramps = false;
@@ -97,20 +82,17 @@ struct No_Depth {
       std::memcpy(to, from, static_cast<std::size_t>(count) * sizeof(Pixel));
     } else {
       for (; count >= quad_size; count -= quad_size, to += quad_size, from += quad_size) {
-        quad<Source>(to, from);
+        quad<Source>(Whole_Quad{}, to, from);
       }
-      if (count == 0) return;
-      Padded<Pixel> last(to, count);
-      quad<Source>(last.data(), Padded<Pixel>(from, count).data());
-      last.put_back(to);
+      if (count > 0) quad<Source>(Part_Of_Quad{static_cast<int>(count)}, to, from);
     }
   }
   void next_row(std::int32_t) {}
 
  private:
   template <class Source, class Pixel>
-  static void quad(Pixel* to, const Pixel* from) {
-    store_quad(to, Source::mixed(load_quad(to), load_quad(from)));
+  static void quad(auto access, Pixel* to, const Pixel* from) {
+    access.store(to, Source::mixed(access.load(to), access.load(from)));
   }
 };
 
@@ -132,19 +114,15 @@ struct Depth_Ramp {
             std::ptrdiff_t count) const {
     Quad_Ramp ramp(at + as_word(first) * step, step);
     for (; count >= quad_size; count -= quad_size) {
-      quad<Source>(to, depths, from, ramp.depths());
+      quad<Source>(Whole_Quad{}, to, depths, from, ramp.depths());
       ramp.advance();
       to += quad_size;
       depths += quad_size;
       from += quad_size;
     }
-    if (count == 0) return;
-    Padded<Pixel> last(to, count);
-    Padded<std::uint16_t> last_depths(depths, count);
-    quad<Source>(last.data(), last_depths.data(), Padded<Pixel>(from, count).data(),
-                 ramp.depths());
-    last.put_back(to);
-    last_depths.put_back(depths);
+    if (count > 0) {
+      quad<Source>(Part_Of_Quad{static_cast<int>(count)}, to, depths, from, ramp.depths());
+    }
   }
 
   // There is no step after a row's last pixel.
@@ -152,13 +130,13 @@ struct Depth_Ramp {
 
  private:
   template <class Source, class Pixel>
-  static void quad(Pixel* to, std::uint16_t* depths, const Pixel* from, Quad depth) {
-    const Quad source = load_quad(from);
-    const Quad stored = load_quad(depths);
-    const Quad old = load_quad(to);
+  static void quad(auto access, Pixel* to, std::uint16_t* depths, const Pixel* from, Quad depth) {
+    const Quad source = access.load(from);
+    const Quad stored = access.load(depths);
+    const Quad old = access.load(to);
     const Quad pass = at_most(depth, stored) & Source::drawn(source);
-    store_quad(depths, select(pass, depth, stored));
-    store_quad(to, select(pass, Source::mixed(old, source), old));
+    access.store(depths, select(pass, depth, stored));
+    access.store(to, select(pass, Source::mixed(old, source), old));
   }
 };
 

@@ -1,7 +1,9 @@
 // Four neighbouring pixels as one vector, a 32-bit word each: colours, palette indices or depths.
-// Conditions are words of all ones or all zeros.
+// Conditions are words of all ones or all zeros. The operations exist for a single word as well,
+// so that what happens to a pixel can be written once for both.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,6 +18,7 @@ inline constexpr std::ptrdiff_t quad_size = 4;
 namespace quad_detail {
 
 using Signed_Quad __attribute__((vector_size(16))) = std::int32_t;
+using Halves __attribute__((vector_size(16))) = std::uint64_t;
 using Four_Bytes __attribute__((vector_size(4))) = std::uint8_t;
 using Four_Shorts __attribute__((vector_size(8))) = std::uint16_t;
 using Eight_Shorts __attribute__((vector_size(16))) = std::uint16_t;
@@ -60,7 +63,46 @@ void store_quad(Element* to, Quad quad) {
   std::memcpy(to, &elements, sizeof elements);
 }
 
-inline Quad select(Quad condition, Quad yes, Quad no) {
+/// Loads and stores all four pixels.
+struct Whole_Quad {
+  template <class Element>
+  Quad load(const Element* from) const {
+    return load_quad(from);
+  }
+  template <class Element>
+  void store(Element* to, Quad quad) const {
+    store_quad(to, quad);
+  }
+};
+
+/// Loads and stores the first one to three; the other words have no meaning. The last one is
+/// loaded again in their place, and stored first: that costs less than a branch on the count.
+struct Part_Of_Quad {
+  int count;
+
+  template <class Element>
+  Quad load(const Element* from) const {
+    return Quad{element(from), element(from + std::min(count - 1, 1)), element(from + count - 1),
+                0};
+  }
+  template <class Element>
+  void store(Element* to, Quad quad) const {
+    to[count - 1] = static_cast<Element>(quad[2]);
+    to[std::min(count - 1, 1)] = static_cast<Element>(quad[1]);
+    to[0] = static_cast<Element>(quad[0]);
+  }
+
+ private:
+  template <class Element>
+  static Element element(const Element* from) {
+    Element value;
+    std::memcpy(&value, from, sizeof value);
+    return value;
+  }
+};
+
+template <class Number>
+Number select(Number condition, Number yes, Number no) {
   return (yes & condition) | (no & ~condition);
 }
 
@@ -71,9 +113,23 @@ inline Quad at_most(Quad a, Quad b) {
                                 reinterpret_cast<Signed_Quad>(b));
 }
 
+inline std::uint32_t at_most(std::uint32_t a, std::uint32_t b) { return a <= b ? ~0u : 0u; }
+
+/// Where a word is 0.
+inline Quad is_zero(Quad words) { return reinterpret_cast<Quad>(words == Quad{}); }
+inline std::uint32_t is_zero(std::uint32_t word) { return word == 0 ? ~0u : 0u; }
+
+/// Whether a condition holds nowhere.
+inline bool is_nowhere(Quad condition) {
+  using quad_detail::Halves;
+  const Halves halves = reinterpret_cast<Halves>(condition);
+  return (halves[0] | halves[1]) == 0;
+}
+
 /// Where the alpha byte of a colour is 0.
-inline Quad is_transparent(Quad colors) {
-  return reinterpret_cast<Quad>((colors >> 24) == Quad{});
+template <class Number>
+Number is_transparent(Number colors) {
+  return is_zero(colors >> 24);
 }
 
 /// Each source colour by its own alpha: 255 gives the source, 0 the old pixel, and any other a

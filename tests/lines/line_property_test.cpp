@@ -3,23 +3,38 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
-#include "tests/lines/line_frame.h"
+#include "tests/support/session.h"
 
 namespace {
 
+using namespace support;
+using Points = std::vector<KT_DCI_Point>;
 using Picture = std::vector<std::string>;
 
-constexpr Configuration rgb{};
-constexpr Configuration rgb_alpha{.alpha = true};
-constexpr Configuration rgb_z{.depth = true};
+constexpr KT_RGB32 blue{200, 0, 0, 255};
+constexpr KT_RGB32 red{0, 0, 200, 255};
 
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t green = 0xFF00FF00;
+void draw_anywhere(const Session& session, const Points& points) {
+  session.actions().call<KT_Action::Draw_2DI_Polyline>(
+      session.rendition, static_cast<int>(points.size()), points.data());
+}
 
-KT_RGB32 color_of(std::uint32_t word) {
-  return KT_RGB32::from_word(word);
+void draw_inside(const Session& session, const Points& points) {
+  session.actions().call<KT_Action::Draw_DCI_Polyline>(
+      session.rendition, static_cast<int>(points.size()), points.data());
+}
+
+void draw_shaded(const Session& session, const Points& points) {
+  const KT_RGB32 colors[] = {{0x40, 0xE0, 0x10, 255}, {0x80, 0x10, 0xF0, 255}};
+  session.actions().call<KT_Action::Draw_2DI_Gouraud_Polyline>(session.rendition, 2, points.data(),
+                                                               colors);
+}
+
+bool lies_in(const KT_Int_Rectangle& r, int x, int y) {
+  return x >= r.left && x <= r.right && y >= r.bottom && y <= r.top;
 }
 
 /// Steep lines down to the left: clipped ones may differ by a column here and there.
@@ -29,107 +44,99 @@ bool is_excepted(const KT_DCI_Point& from, const KT_DCI_Point& to) {
   return dx < 0 && dy < 0 && -dx < -dy;
 }
 
-/// Draws segments in a large frame, whole and cut, and compares.
+/// Draws segments whole and cut, and compares colours and depths.
 class Cut_Lines {
  public:
-  Cut_Lines(int width, int height, const KT_Int_Rectangle& clip)
-      : window_{0, width - 1, 0, height - 1},
+  Cut_Lines(KT_Int_XY size, const KT_Int_Rectangle& clip)
+      : size_(size),
         clip_(clip),
-        whole_(rgb_z, width, height),
-        cut_(rgb_z, width, height) {
-    cut_.set_clip(clip);
+        whole_({.variant = Variant::rgb_z, .size = size}),
+        cut_({.variant = Variant::rgb_z, .size = size}) {
+    cut_.display().hard_clip = clip;
   }
 
   template <class Draw>
-  void compare(const KT_DCI_Point& from, const KT_DCI_Point& to, Draw draw) {
-    const KT_DCI_Point points[] = {from, to};
-    whole_.clear();
-    cut_.clear();
-    draw(whole_, points);
-    draw(cut_, points);
-    for (int y = 0; y <= window_.top; ++y) {
-      for (int x = 0; x <= window_.right; ++x) {
-        const bool inside =
-            x >= clip_.left && x <= clip_.right && y >= clip_.bottom && y <= clip_.top;
-        const std::uint32_t color = inside ? whole_.color(x, y) : Line_Frame::paper;
-        const std::uint16_t depth = inside ? whole_.depth(x, y) : Line_Frame::far;
-        if (cut_.color(x, y) == color && cut_.depth(x, y) == depth) continue;
-        FAIL() << "(" << from.x << "," << from.y << ") to (" << to.x << "," << to.y << ") at (" << x
-               << "," << y << "): expected " << std::hex << color << "/" << depth << " got "
-               << cut_.color(x, y) << "/" << cut_.depth(x, y);
+  testing::AssertionResult equal(const KT_DCI_Point& from, const KT_DCI_Point& to, Draw draw) {
+    for (Session* session : {&whole_, &cut_}) {
+      session->clear();
+      draw(*session, {from, to});
+    }
+    for (int y = 0; y < size_.y; ++y) {
+      for (int x = 0; x < size_.x; ++x) {
+        const bool inside = lies_in(clip_, x, y);
+        const auto expected = [&](const KT_Handle<Guarded_Image>& image) {
+          return inside ? image->at(x, y) : image->untouched();
+        };
+        if (cut_.color->at(x, y) == expected(whole_.color) &&
+            cut_.depth->at(x, y) == expected(whole_.depth)) {
+          continue;
+        }
+        return testing::AssertionFailure()
+               << "(" << from.x << "," << from.y << ") to (" << to.x << "," << to.y << ") at (" << x
+               << "," << y << "): expected " << std::hex << expected(whole_.color) << "/"
+               << expected(whole_.depth) << " got " << cut_.color->at(x, y) << "/"
+               << cut_.depth->at(x, y);
       }
     }
+    return testing::AssertionSuccess();
   }
 
  private:
-  KT_Int_Rectangle window_;
+  KT_Int_XY size_;
   KT_Int_Rectangle clip_;
-  Line_Frame whole_;
-  Line_Frame cut_;
+  Session whole_;
+  Session cut_;
 };
 
-void draw_plain(Line_Frame& frame, const KT_DCI_Point* points) {
-  frame.call<KT_Action::Draw_2DI_Polyline>(2, points);
-}
-
-void draw_shaded(Line_Frame& frame, const KT_DCI_Point* points) {
-  const KT_RGB32 colors[] = {color_of(0xFF10E040), color_of(0xFFF01080)};
-  frame.call<KT_Action::Draw_2DI_Gouraud_Polyline>(2, points, colors);
-}
-
 TEST(Cut_Line, EqualsTheWholeLineOnASmallGrid) {
-  constexpr int width = 11;
-  constexpr int height = 9;
-  Cut_Lines lines(width, height, {3, 6, 3, 5});
-  for (int from = 0; from < width * height; ++from) {
-    for (int to = 0; to < width * height; ++to) {
-      const KT_DCI_Point p{from % width, from / width, 1000};
-      const KT_DCI_Point q{to % width, to / width, 50000};
+  constexpr KT_Int_XY size{11, 9};
+  Cut_Lines lines(size, {3, 6, 3, 5});
+  for (int from = 0; from < size.x * size.y; ++from) {
+    for (int to = 0; to < size.x * size.y; ++to) {
+      const KT_DCI_Point p{from % size.x, from / size.x, 1000};
+      const KT_DCI_Point q{to % size.x, to / size.x, 50000};
       if (is_excepted(p, q)) continue;
-      lines.compare(p, q, draw_plain);
-      lines.compare(p, q, draw_shaded);
-      if (HasFatalFailure()) return;
+      ASSERT_TRUE(lines.equal(p, q, draw_anywhere));
+      ASSERT_TRUE(lines.equal(p, q, draw_shaded));
     }
   }
 }
 
 TEST(Cut_Line, EqualsTheWholeLineForLongSegments) {
-  Cut_Lines lines(180, 140, {61, 97, 50, 73});
+  Cut_Lines lines({180, 140}, {61, 97, 50, 73});
   std::mt19937 random(7);
   const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  for (int i = 0; i < 4000; ++i) {
+  for (int i = 0; i < 2000; ++i) {
     KT_DCI_Point p{below(180), below(140), below(40000)};
     KT_DCI_Point q{below(180), below(140), below(40000)};
     if (i % 4 == 0) q.y = std::min(139, p.y + below(4));
     if (i % 4 == 1) q.x = std::min(179, p.x + below(4));
     if (is_excepted(p, q)) continue;
-    lines.compare(p, q, i % 2 ? draw_plain : draw_shaded);
-    if (HasFatalFailure()) return;
+    ASSERT_TRUE(lines.equal(p, q, i % 2 ? draw_anywhere : draw_shaded));
   }
 }
 
 // The exception is one of whole lines alone: what is drawn stays in the rectangle and within a
 // column of the whole line.
 TEST(Cut_Line, DownToTheLeftStaysWithinAColumnOfTheWholeLine) {
-  Line_Frame whole(rgb, 60, 60);
-  Line_Frame cut(rgb, 60, 60);
+  Session whole({.size = {60, 60}});
+  Session cut({.size = {60, 60}});
   const KT_Int_Rectangle clip{20, 39, 18, 41};
-  cut.set_clip(clip);
+  cut.display().hard_clip = clip;
   for (int dx = 1; dx < 40; ++dx) {
-    const KT_DCI_Point points[] = {{45, 57, 0}, {45 - dx, 2, 0}};
-    whole.clear();
-    cut.clear();
-    draw_plain(whole, points);
-    draw_plain(cut, points);
+    for (Session* session : {&whole, &cut}) {
+      session->clear();
+      draw_anywhere(*session, {{45, 57, 0}, {45 - dx, 2, 0}});
+    }
     for (int y = 0; y < 60; ++y) {
+      int last = -1;  // the whole line's column in this row
       for (int x = 0; x < 60; ++x) {
-        if (cut.color(x, y) == Line_Frame::paper) continue;
-        ASSERT_TRUE(x >= clip.left && x <= clip.right && y >= clip.bottom && y <= clip.top);
-        bool near = false;
-        for (int beside = -1; beside <= 1; ++beside) {
-          near = near || whole.color(x + beside, y) != Line_Frame::paper;
-        }
-        EXPECT_TRUE(near) << "dx " << dx << " at (" << x << "," << y << ")";
+        if (whole.color->touched(x, y)) last = x;
+      }
+      for (int x = 0; x < 60; ++x) {
+        if (!cut.color->touched(x, y)) continue;
+        EXPECT_TRUE(lies_in(clip, x, y)) << "dx " << dx << " at (" << x << "," << y << ")";
+        EXPECT_NEAR(x, last, 1) << "dx " << dx << " in row " << y;
       }
     }
   }
@@ -137,171 +144,201 @@ TEST(Cut_Line, DownToTheLeftStaysWithinAColumnOfTheWholeLine) {
 
 // Ends beyond the range of the fixed-point arithmetic are moved along the line.
 TEST(Cut_Line, CrossesTheFrameFromFarAway) {
-  Line_Frame frame(rgb_z, 8, 8);
-  const KT_DCI_Point diagonal[] = {{-1000000, -1000000, 100}, {1000000, 1000000, 100}};
-  frame.call<KT_Action::Draw_2DI_Polyline>(2, diagonal);
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(frame.depth(i, i), 100) << i;
-
-  frame.clear();
-  const KT_DCI_Point beside[] = {{-1000000, 40, 0}, {40, 1000000, 0}};
-  frame.call<KT_Action::Draw_2DI_Polyline>(2, beside);
-  EXPECT_EQ(frame.picture({0, 7, 0, 7}), Picture(8, "........"));
+  Session session({.variant = Variant::rgb_z, .size = {4, 4}});
+  draw_anywhere(session, {{-1000000, -1000000, 100}, {1000000, 1000000, 100}});
+  EXPECT_TRUE(shows(*session.color, {"...#", "..#.", ".#..", "#..."}, session.legend()));
+  EXPECT_TRUE(shows(*session.depth, {"...d", "..d.", ".d..", "d..."}, {{'d', 100}}));
+  session.clear();
+  draw_anywhere(session, {{-1000000, 40, 0}, {40, 1000000, 0}});
+  EXPECT_TRUE(shows(*session.color, Picture(4, "...."), session.legend()));
 }
 
-Picture drawn(const std::vector<KT_DCI_Point>& points, const KT_Int_Rectangle& of) {
-  Line_Frame frame(rgb, 40, 32);
-  frame.call<KT_Action::Draw_DCI_Polyline>(static_cast<int>(points.size()), points.data());
-  return frame.picture(of);
+testing::AssertionResult looks(KT_Int_XY size, const Points& points, const Picture& picture) {
+  Session session({.size = size});
+  draw_inside(session, points);
+  return shows(*session.color, picture, session.legend());
 }
 
-TEST(Line_Picture, ShallowLinesTakeHalfAStepFirst) {
-  EXPECT_EQ(drawn({{10, 10, 0}, {15, 12, 0}}, {10, 15, 10, 12}), (Picture{
-                                                                     "....##",
-                                                                     "..##..",
-                                                                     "##....",
-                                                                 }));
-  EXPECT_EQ(drawn({{10, 10, 0}, {25, 13, 0}}, {10, 25, 10, 13}), (Picture{
-                                                                     ".............###",
-                                                                     "........#####...",
-                                                                     "...#####........",
-                                                                     "###.............",
-                                                                 }));
-  EXPECT_EQ(drawn({{10, 10, 0}, {20, 11, 0}}, {10, 20, 10, 11}), (Picture{
-                                                                     ".....######",
-                                                                     "#####......",
-                                                                 }));
+// Half a step in the first row, whole steps, the rest in the last one.
+TEST(Line_Picture, ShallowLinesAreRunsOfRows) {
+  EXPECT_TRUE(looks({8, 3}, {{1, 0, 0}, {6, 2, 0}},
+                    {
+                        ".....##.",
+                        "...##...",
+                        ".##.....",
+                    }));
+  EXPECT_TRUE(looks({18, 4}, {{1, 0, 0}, {16, 3, 0}},
+                    {
+                        "..............###.",
+                        ".........#####....",
+                        "....#####.........",
+                        ".###..............",
+                    }));
+  EXPECT_TRUE(looks({12, 2}, {{0, 0, 0}, {10, 1, 0}},
+                    {
+                        ".....######.",
+                        "#####.......",
+                    }));
 }
 
 TEST(Line_Picture, SteepLinesOfEqualSignsAreReversible) {
-  const KT_Int_Rectangle area{9, 14, 9, 21};
-  EXPECT_EQ(drawn({{10, 10, 0}, {13, 20, 0}}, area), drawn({{13, 20, 0}, {10, 10, 0}}, area));
+  const Picture picture = {
+      "...#.", "...#.", "..#..", "..#..", "..#..", ".#...", ".#...", ".#...", "#....", "#....",
+  };
+  EXPECT_TRUE(looks({5, 10}, {{0, 0, 0}, {3, 9, 0}}, picture));
+  EXPECT_TRUE(looks({5, 10}, {{3, 9, 0}, {0, 0, 0}}, picture));
 }
 
 TEST(Line_Picture, RepeatedPointsAddNothingAndOneIsLeft) {
-  EXPECT_EQ(drawn({{3, 3, 0}, {3, 3, 0}, {3, 3, 0}}, {2, 4, 2, 4}), (Picture{"...", ".#.", "..."}));
-  EXPECT_EQ(drawn({{2, 2, 0}, {2, 2, 0}, {4, 2, 0}}, {2, 5, 2, 2}), (Picture{"###."}));
-  EXPECT_EQ(drawn({{2, 2, 0}}, {2, 3, 2, 2}), (Picture{".."}));
+  EXPECT_TRUE(looks({3, 3}, {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}}, {"...", ".#.", "..."}));
+  EXPECT_TRUE(looks({4, 1}, {{0, 0, 0}, {0, 0, 0}, {2, 0, 0}}, {"###."}));
+  EXPECT_TRUE(looks({3, 1}, {{1, 0, 0}}, {"..."}));
 }
 
-// A square of four points: each edge in its colour, the joint in the colour of the edge behind it.
 TEST(Line_List, JointsTakeTheNextColorAndTheEndTheLast) {
-  Line_Frame frame(rgb, 10, 10);
-  const KT_DCI_Point points[] = {{2, 2, 0}, {5, 2, 0}, {5, 5, 0}};
-  const KT_RGB32 colors[] = {color_of(red), color_of(green)};
-  frame.call<KT_Action::Draw_DCI_Colorized_Polyline>(3, points, colors, false);
-  EXPECT_EQ(frame.color(4, 2), red);
-  EXPECT_EQ(frame.color(5, 2), green);
-  EXPECT_EQ(frame.color(5, 5), green);
+  Session session({.size = {5, 4}});
+  const Points points = {{1, 0, 0}, {3, 0, 0}, {3, 2, 0}};
+  const KT_RGB32 colors[] = {blue, red};
+  session.actions().call<KT_Action::Draw_DCI_Colorized_Polyline>(session.rendition, 3,
+                                                                 points.data(), colors, false);
+  EXPECT_TRUE(shows(*session.color,
+                    {
+                        ".....",
+                        "...r.",
+                        "...r.",
+                        ".bbr.",
+                    },
+                    {{'b', blue.word()}, {'r', red.word()}}));
 }
 
-// With an alpha of one half every second drawing of a pixel would show.
+// Where a pixel was blended twice it would show.
 TEST(Line_List, BlendedJointsAreCoveredOnce) {
-  Line_Frame frame(rgb_alpha, 20, 20);
-  frame.set_color(0x80FFFFFF);
-  const KT_DCI_Point points[] = {{2, 2, 0}, {9, 4, 0}, {4, 15, 0}, {4, 17, 0}};
-  frame.call<KT_Action::Draw_2DI_Polyline>(4, points);
-  for (int y = 0; y < 20; ++y) {
-    for (int x = 0; x < 20; ++x) {
-      const std::uint32_t color = frame.color(x, y);
-      EXPECT_TRUE(color == Line_Frame::paper || color == 0xFFAAAAAA) << x << " " << y;
-    }
-  }
-  EXPECT_EQ(frame.color(9, 4), 0xFFAAAAAAu);
-  EXPECT_EQ(frame.color(4, 17), 0xFFAAAAAAu);
+  Session session({.variant = Variant::rgb_alpha, .size = {8, 6}});
+  session.material().color = {255, 255, 255, 128};
+  draw_anywhere(session, {{1, 1, 0}, {5, 2, 0}, {2, 5, 0}, {0, 5, 0}});
+  EXPECT_TRUE(shows(*session.color,
+                    {
+                        "###.....",
+                        "...#....",
+                        "....#...",
+                        "...###..",
+                        ".##.....",
+                        "........",
+                    },
+                    {{'#', 0xFF978F87}}));
 }
 
 TEST(Line_Depth, SettingsDoNotReachTheFinalPoint) {
-  Line_Frame frame(rgb_z, 10, 4);
-  frame.set_depth(0, 5);  // farther pixels win, nothing is written
-  const KT_DCI_Point nearer[] = {{1, 1, 100}, {6, 1, 100}};
-  const KT_RGB32 colors[] = {color_of(red)};
-  frame.call<KT_Action::Draw_DCI_Colorized_Polyline>(2, nearer, colors, true);
-  EXPECT_EQ(frame.picture({0, 7, 1, 1}), (Picture{"......#."}));
-  EXPECT_EQ(frame.depth(6, 1), 100);
-
-  frame.clear();
-  const KT_DCI_Point farther[] = {{1, 1, 65000}, {6, 1, 65000}};
-  frame.call<KT_Action::Draw_DCI_Colorized_Polyline>(2, farther, colors, true);
-  EXPECT_EQ(frame.picture({0, 7, 1, 1}), (Picture{".#####.."}));
-  EXPECT_EQ(frame.depth(3, 1), Line_Frame::far);
+  Session session({.variant = Variant::rgb_z, .size = {6, 1}});
+  session.set_depth_write(0);
+  session.set_depth_test(5);  // what is farther passes
+  session.clear(60000);
+  const auto draw = [&](int z) {
+    const Points points = {{1, 0, z}, {4, 0, z}};
+    session.clear(60000);
+    session.actions().call<KT_Action::Draw_DCI_Colorized_Polyline>(
+        session.rendition, 2, points.data(), &session.material().color, true);
+  };
+  draw(100);
+  EXPECT_TRUE(shows(*session.color, {"....#."}, session.legend()));
+  EXPECT_TRUE(shows(*session.depth, {"....d."}, {{'d', 100}}));
+  draw(65000);
+  EXPECT_TRUE(shows(*session.color, {".###.."}, session.legend()));
+  EXPECT_TRUE(shows(*session.depth, {"......"}, {}));
 
   // Shaded lines take no notice of the settings.
-  frame.clear();
-  const KT_RGB32 shades[] = {color_of(red), color_of(green)};
-  frame.call<KT_Action::Draw_DCI_Gouraud_Polyline>(2, nearer, shades);
-  EXPECT_EQ(frame.picture({0, 7, 1, 1}), (Picture{".######."}));
-  EXPECT_EQ(frame.depth(3, 1), 100);
+  session.clear(60000);
+  draw_shaded(session, {{1, 0, 100}, {4, 0, 100}});
+  EXPECT_TRUE(shows(*session.depth, {".dddd."}, {{'d', 100}}));
 }
 
 TEST(Line_Depth, StepsByPixelOfTheMajorAxis) {
-  Line_Frame frame(rgb_z, 24, 8);
-  const KT_DCI_Point points[] = {{1, 1, 1000}, {21, 5, 3000}};
-  frame.call<KT_Action::Draw_DCI_Polyline>(2, points);
+  Session session({.variant = Variant::rgb_z, .size = {24, 8}});
+  draw_inside(session, {{1, 1, 1000}, {21, 5, 3000}});
   for (int x = 1; x <= 21; ++x) {
     int found = 0;
     for (int y = 1; y <= 5; ++y) {
-      if (frame.depth(x, y) == Line_Frame::far) continue;
+      if (!session.depth->touched(x, y)) continue;
       ++found;
-      EXPECT_EQ(frame.depth(x, y), 1000 + (x - 1) * 100);
+      EXPECT_EQ(session.depth->at(x, y), 1000u + static_cast<unsigned>(x - 1) * 100);
     }
     EXPECT_EQ(found, 1) << x;
   }
 }
 
-// Grey levels of white lines on black: 255 * w / 256 for a weight of w.
+// White on black, so that a pixel's grey is 255 * weight / 256.
 class Antialiased : public testing::Test {
  protected:
-  static constexpr int side = 9;
-  static constexpr int beside = 255 * 47 / 256;
-
-  Antialiased() : frame_(rgb, side, side) {
-    frame_.set_antialiased();
-    for (int y = 0; y < side; ++y) {
-      const KT_DCI_Point row[] = {{0, y, 0}, {side - 1, y, 0}};
-      const KT_RGB32 black[] = {color_of(0xFF000000)};
-      frame_.call<KT_Action::Draw_2DI_Colorized_Polyline>(2, row, black, true);
-    }
+  Antialiased() : session_({.size = {8, 7}}) {
+    session_.material().color = {255, 255, 255, 255};
+    session_.misc().advanced_options.bits = KT_Advanced_Options::antialias_bit;
+    session_.color->fill(0xFF000000);
   }
-  int level(int x, int y) const { return static_cast<int>(frame_.color(x, y) & 255); }
-  void draw(std::vector<KT_DCI_Point> points) {
-    frame_.call<KT_Action::Draw_2DI_Polyline>(static_cast<int>(points.size()), points.data());
+  testing::AssertionResult shows_greys(const Picture& picture) const {
+    const auto grey = [](unsigned weight) { return 0xFF000000 | (255 * weight / 256) * 0x010101; };
+    return shows(*session_.color, picture,
+                 {{'#', grey(256)}, {'o', grey(47)}, {'+', grey(128)}, {'-', grey(24)}});
   }
 
-  Line_Frame frame_;
+  Session session_;
 };
 
 TEST_F(Antialiased, HorizontalLinesHaveThreeRows) {
-  draw({{1, 4, 0}, {6, 4, 0}});
-  for (int x = 0; x < side; ++x) {
-    const bool covered = x >= 1 && x <= 6;
-    EXPECT_EQ(level(x, 4), covered ? 255 : 0) << x;
-    EXPECT_EQ(level(x, 5), covered ? beside : 0) << x;
-    EXPECT_EQ(level(x, 3), covered ? beside : 0) << x;
-    EXPECT_EQ(level(x, 6), 0) << x;
-  }
+  draw_anywhere(session_, {{1, 3, 0}, {6, 3, 0}});
+  EXPECT_TRUE(shows_greys({
+      "........",
+      "........",
+      ".oooooo.",
+      ".######.",
+      ".oooooo.",
+      "........",
+      "........",
+  }));
+}
+
+TEST_F(Antialiased, SideRowsEndAtTheHardClip) {
+  session_.display().hard_clip = {2, 5, 2, 4};
+  draw_anywhere(session_, {{-9, 2, 0}, {90, 2, 0}});
+  EXPECT_TRUE(shows_greys({
+      "........",
+      "........",
+      "........",
+      "..oooo..",
+      "..####..",
+      "........",
+      "........",
+  }));
 }
 
 TEST_F(Antialiased, NothingLeavesTheHardClip) {
-  frame_.set_clip({2, 6, 2, 6});
-  draw({{-5, 2, 0}, {20, 2, 0}});
-  draw({{6, -5, 0}, {6, 20, 0}});
-  draw({{-3, -4, 0}, {12, 13, 0}, {0, 1, 0}});
-  EXPECT_EQ(level(4, 2), 255);
-  EXPECT_EQ(level(6, 4), 255);
-  for (int y = 0; y < side; ++y) {
-    for (int x = 0; x < side; ++x) {
-      if (x < 2 || x > 6 || y < 2 || y > 6) {
-        EXPECT_EQ(level(x, y), 0) << x << " " << y;
-      }
+  const KT_Int_Rectangle clip{2, 5, 2, 4};
+  session_.display().hard_clip = clip;
+  std::mt19937 random(3);
+  const auto near = [&] { return static_cast<int>(random() % 30) - 11; };
+  for (int i = 0; i < 2000; ++i) {
+    draw_anywhere(session_, {{near(), near(), 0}, {near(), near(), 0}, {near(), near(), 0}});
+  }
+  for (int y = 0; y < 7; ++y) {
+    for (int x = 0; x < 8; ++x) {
+      EXPECT_EQ(session_.color->touched(x, y), lies_in(clip, x, y)) << x << " " << y;
     }
   }
 }
 
 // The last point of a run is left to the segment that begins there.
 TEST_F(Antialiased, JointsAtTheClipAreCoveredOnce) {
-  frame_.set_color(0x80FFFFFF);
-  draw({{2, 4, 0}, {4, 4, 0}, {20, 4, 0}});
-  for (int x = 2; x < side; ++x) EXPECT_EQ(level(x, 4), 127) << x;
+  session_.material().color.alpha = 128;
+  session_.display().hard_clip = {0, 7, 3, 4};
+  draw_anywhere(session_, {{1, 3, 0}, {4, 3, 0}, {40, 3, 0}});
+  EXPECT_TRUE(shows_greys({
+      "........",
+      "........",
+      ".-------",
+      ".+++++++",
+      "........",
+      "........",
+      "........",
+  }));
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   handle_ = module_.make_renderer(configuration.source);
   const auto& [variant, size, origin, use_mask, padding, source] = configuration;
   const bool mapped = zbuffer::is_mapped(variant);
-  color.reset(new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32,
-                                padding));
+  color.reset(
+      new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));
   actions().bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
   options().set_window(origin, size);
   options().set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
@@ -90,7 +90,8 @@ long draw(const Session& session, Layer layer, Kind kind, const Strip& strip) {
     floats.push_back({static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
   }
   const long before = heap::allocated();
-  const auto call = [&]<KT_Action flat, KT_Action colorized, KT_Action gouraud>(const auto& points) {
+  const auto call = [&]<KT_Action flat, KT_Action colorized, KT_Action gouraud>(
+                        const auto& points) {
     const int count = static_cast<int>(points.size());
     const KT_Action_Table& actions = session.actions();
     const KT_RGB32* colors = strip.colors.data();

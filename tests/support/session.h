@@ -70,8 +70,12 @@ enum class Layer { float_any, float_inside, int_any, int_inside };  // 2D DC 2DI
 inline constexpr Kind all_kinds[] = {Kind::flat, Kind::colorized, Kind::gouraud};
 inline constexpr Layer all_layers[] = {Layer::float_any, Layer::float_inside, Layer::int_any,
                                        Layer::int_inside};
-constexpr bool takes_floats(Layer layer) { return layer <= Layer::float_inside; }
-constexpr bool clips(Layer layer) { return layer == Layer::float_any || layer == Layer::int_any; }
+constexpr bool takes_floats(Layer layer) {
+  return layer <= Layer::float_inside;
+}
+constexpr bool clips(Layer layer) {
+  return layer == Layer::float_any || layer == Layer::int_any;
+}
 
 struct Strip {
   std::vector<KT_DCI_Point> points;

@@ -1,5 +1,5 @@
-// What a call asks of others: memory for long strips alone, the general routines for what the
-// module does not draw, edges instead of a filled strip.
+// What a call asks of others: memory for long strips alone, masks from the cache, lines where
+// edges are asked for.
 #include <gtest/gtest.h>
 
 #include "tests/support/session.h"
@@ -8,114 +8,10 @@ namespace {
 
 using namespace support;
 
-/// A call that reached one of the general routines.
-struct Standard_Call {
-  Layer layer;
-  Kind kind;
-  const void* renderer;
-  const void* rendition;
-  int count;
-  std::vector<double> last_point;
-  std::vector<KT_RGB32> colors;
-  bool single_color;
-  bool operator==(const Standard_Call&) const = default;
-};
-std::vector<Standard_Call> standard_calls;
-
-template <class Point>
-void record(Layer layer, Kind kind, KT_Renderer_Data* renderer, const KT_Rendition& rendition,
-            int count, const Point* points, const KT_RGB32* colors, int color_count, bool single) {
-  const Point& last = points[count - 1];
-  standard_calls.push_back(
-      {layer,
-       kind,
-       renderer,
-       rendition.get(),
-       count,
-       {static_cast<double>(last.x), static_cast<double>(last.y), static_cast<double>(last.z)},
-       {colors, colors + color_count},
-       single});
-}
-
-}  // namespace
-
-// These stand in front of the framework's routines of the same names.
-#define RECORDING(letters, layer, Point)                                                           \
-  void KD_Standard_Draw_##letters##_Polytriangle(KT_Renderer_Data* object, const KT_Rendition& r,  \
-                                                 int count, const Point* p) {                      \
-    record(layer, Kind::flat, object, r, count, p, nullptr, 0, false);                             \
-  }                                                                                                \
-  void KD_Standard_Draw_##letters##_Colorized_Polytriangle(                                        \
-      KT_Renderer_Data* object, const KT_Rendition& r, int count, const Point* p,                  \
-      const KT_RGB32* colors, bool single) {                                                       \
-    record(layer, Kind::colorized, object, r, count, p, colors, single ? 1 : count - 2, single);   \
-  }                                                                                                \
-  void KD_Standard_Draw_##letters##_Gouraud_Polytriangle(KT_Renderer_Data* object,                 \
-                                                         const KT_Rendition& r, int count,         \
-                                                         const Point* p, const KT_RGB32* colors) { \
-    record(layer, Kind::gouraud, object, r, count, p, colors, count, false);                       \
-  }
-RECORDING(2D, Layer::float_any, KT_Point)
-RECORDING(DC, Layer::float_inside, KT_Point)
-RECORDING(2DI, Layer::int_any, KT_DCI_Point)
-RECORDING(DCI, Layer::int_inside, KT_DCI_Point)
-
-namespace {
-
-TEST(Calls, FallBackWithTheirArguments) {
-  const Strip strip{{{0, 0, 1}, {9, 0, 2}, {0, 7, 3}, {9, 7, 4}},
-                    {{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 255}, {9, 9, 9, 255}},
-                    false};
-  for (const Variant variant : all_variants) {
-    Session session({.variant = variant});
-    session.material().color = {40, 50, 60, 70};
-    const std::uint8_t no_holes = 0;
-    const KT_User_Pattern user{&no_holes, 8, 1, 1};
-    session.face().user_pattern = &user;
-    for (const int pattern : {75, 1000, 74}) {
-      session.face().face_pattern = pattern;
-      for (const Layer layer : all_layers) {
-        for (const Kind kind : all_kinds) {
-          for (const bool single : {false, true}) {
-            SCOPED_TRACE(testing::Message()
-                         << name_of(variant) << ", layer " << static_cast<int>(layer) << ", kind "
-                         << static_cast<int>(kind));
-            Strip given = strip;
-            given.single_color = single;
-            standard_calls.clear();
-            session.clear();
-            draw(session, layer, kind, given);
-            EXPECT_EQ(session.color->touched(4, 3), pattern == 74);
-            if (pattern == 74) {
-              EXPECT_TRUE(standard_calls.empty());
-              continue;
-            }
-            // A flat strip of direct colour falls back as the colorized one that it is.
-            Standard_Call expected{
-                layer, kind, &session.renderer(), session.rendition.get(), 4, {9, 7, 4}, {}, false};
-            if (kind == Kind::flat && !zbuffer::is_mapped(variant)) {
-              expected.kind = Kind::colorized;
-              expected.colors = {{40, 50, 60, 70}};
-              expected.single_color = true;
-            } else if (kind == Kind::colorized) {
-              expected.colors.assign(given.colors.begin(), given.colors.begin() + (single ? 1 : 2));
-              expected.single_color = single;
-            } else if (kind == Kind::gouraud) {
-              expected.colors = given.colors;
-            }
-            EXPECT_TRUE(standard_calls == std::vector{expected});
-          }
-        }
-      }
-    }
-  }
-}
-
 Strip zigzag(int count, bool inside) {
   Strip strip;
   for (int i = 0; i < count; ++i) {
-    const int x = inside ? i / 2 : i - 5;
-    strip.points.push_back({x, i % 2 * (inside ? 29 : 45), 100});
+    strip.points.push_back({inside ? i / 2 : i - 5, i % 2 * (inside ? 29 : 45), 100});
     strip.colors.push_back({static_cast<std::uint8_t>(i * 40), 60, 90, 128});
   }
   return strip;
@@ -132,20 +28,15 @@ TEST(Calls, AllocateForLongStripsAlone) {
       for (const int pattern : {64, 20}) {
         session.face().face_pattern = pattern;
         for (const Layer layer : all_layers) {
-          const bool any = layer == Layer::float_any || layer == Layer::int_any;
-          const bool floats = layer == Layer::float_any || layer == Layer::float_inside;
           for (const Kind kind : all_kinds) {
-            SCOPED_TRACE(testing::Message()
-                         << name_of(variant) << ", layer " << static_cast<int>(layer) << ", kind "
-                         << static_cast<int>(kind) << ", pattern " << pattern);
             session.clear();
-            EXPECT_EQ(draw(session, layer, kind, zigzag(64, !any)), heap::Blocks{});
-            if (pattern == 64) {
-              EXPECT_TRUE(session.color->touched(20, 10));
-            }
-            const heap::Blocks before = heap::live();
-            const heap::Blocks made = draw(session, layer, kind, zigzag(65, !any));
-            EXPECT_EQ(made.framework + made.language, (any ? 1 : 0) + (floats ? 1 : 0));
+            EXPECT_EQ(draw(session, layer, kind, zigzag(64, !clips(layer))), 0)
+                << describe(variant, layer, kind);
+            EXPECT_EQ(session.color->touched(20, 10), pattern == 64);
+            const long before = heap::live();
+            EXPECT_EQ(draw(session, layer, kind, zigzag(65, !clips(layer))),
+                      clips(layer) + takes_floats(layer))
+                << describe(variant, layer, kind);
             EXPECT_EQ(heap::live(), before);
           }
         }
@@ -163,21 +54,83 @@ TEST(Calls, EdgeAndAlphaBits) {
   for (const unsigned bits : {0U, 8U, 32U, 40U}) {
     for (const Layer layer : all_layers) {
       for (const Kind kind : {Kind::colorized, Kind::gouraud}) {
-        SCOPED_TRACE(testing::Message() << "bits " << bits << ", layer " << static_cast<int>(layer)
-                                        << ", kind " << static_cast<int>(kind));
         session.misc().advanced_options.bits = bits;
         session.clear();
         draw(session, layer, kind, strip);
-        // Inside the triangle a blended colour of alpha 0 takes the depth alone.
+        // Amid the triangle a blended colour of alpha 0 takes the depth and no more.
         const bool blends =
             bits == 8 || (bits == 40 && layer == Layer::int_inside && kind == Kind::colorized);
-        const bool edges = !blends && bits != 0;
-        EXPECT_EQ(session.depth->touched(10, 10), !edges);
-        const std::uint32_t red = session.color->at(10, 10) >> 16 & 255;
-        EXPECT_EQ(red == (session.color->untouched() >> 16 & 255), blends || edges);
+        EXPECT_EQ(session.depth->touched(10, 10), bits == 0 || blends)
+            << bits << describe(Variant::rgb_z, layer, kind);
+        EXPECT_EQ(session.color->at(10, 10) << 8 == session.color->untouched() << 8, bits != 0)
+            << bits << describe(Variant::rgb_z, layer, kind);
       }
     }
   }
+}
+
+class Mask_Cache : public testing::Test {
+ protected:
+  Session session{{.use_mask = true}};
+  std::map<char, KT_Contour_Set> clips;
+
+  /// Draws under clip `name`, which leaves 1 column for A, 2 for B and so on; returns its mask.
+  const Frame_Buffer_Mask* use(char name) {
+    const int columns = name - 'A' + 1;
+    const auto x = static_cast<float>(columns);
+    KT_Contour_Set& clip = clips[name];
+    if (!clip) clip = contour({{0, 0, 0}, {x, 0, 0}, {x, 8, 0}, {0, 8, 0}});
+    session.display().complex_clip = clip;
+    draw_triangle();
+    EXPECT_TRUE(session.color->touched(columns - 1, 0) && !session.color->touched(columns, 0));
+    return session.renderer().mask_cache->head;
+  }
+
+  void draw_triangle() {
+    session.clear();
+    draw(session, Layer::int_any, Kind::flat, strip_of({{0, 0, 9}, {9, 0, 9}, {0, 7, 9}}));
+  }
+
+  /// The cache from the head on, by the names of the clips; the links back must agree.
+  std::string order() const {
+    const Mask_Cache_Data& cache = *session.renderer().mask_cache;
+    std::string names;
+    const Frame_Buffer_Mask* before = nullptr;
+    for (const Frame_Buffer_Mask* mask = cache.head; mask; before = mask, mask = mask->next) {
+      EXPECT_EQ(mask->previous, before);
+      for (const auto& [name, clip] : clips) {
+        if (clip->id == mask->contour_id) names += name;
+      }
+    }
+    EXPECT_EQ(cache.tail, before);
+    EXPECT_EQ(cache.count, static_cast<int>(names.size()));
+    return names;
+  }
+};
+
+TEST_F(Mask_Cache, TheLeastRecentlyUsedOfFourGoes) {
+  const Frame_Buffer_Mask* const a = use('A');
+  const Frame_Buffer_Mask* const b = use('B');
+  use('C'), use('D');
+  EXPECT_EQ(order(), "DCBA");
+  EXPECT_EQ(use('A'), a);  // from the tail
+  EXPECT_EQ(order(), "ADCB");
+  EXPECT_EQ(use('E'), b);  // the object of the one that goes is used again
+  EXPECT_EQ(order(), "EADC");
+  use('D'), use('B');  // from the middle, and in the tail's place
+  EXPECT_EQ(order(), "BDEA");
+  session.display().complex_clip.release();
+  draw_triangle();
+  EXPECT_TRUE(session.color->touched(7, 0));
+  EXPECT_EQ(order(), "BDEA");
+
+  // With a window that begins at a negative coordinate the moved clip is the one that counts.
+  session.display().complex_clip = contour({{2, 0, 0}, {12, 0, 0}, {12, 8, 0}, {2, 8, 0}});
+  session.display().extent_left = -1;
+  draw_triangle();
+  EXPECT_EQ(session.renderer().mask_cache->head->contour_id,
+            session.rendition.shifted_complex_clip()->id);
+  EXPECT_TRUE(session.color->touched(1, 0) && !session.color->touched(0, 0));
 }
 
 }  // namespace
