@@ -93,6 +93,12 @@ class Step_Count {
     return truncated_product(difference, reciprocal_ * (Word{1} << Format::fraction_bits));
   }
 
+  /// The step of a value that has its fraction: the shifts of 2, 4 and 8 round down, where all
+  /// other divisions truncate.
+  Word span_step(std::int32_t difference) const {
+    return truncated_product(difference >> (3 - shift_), after_shift_);
+  }
+
  private:
   struct Entry {
     int shift;           // what is left of the three bits that counts of 2, 4 and 8 take back

@@ -33,6 +33,22 @@ struct Stepped {
   void advance(std::int32_t count) { value += as_word(count) * step; }
 };
 
+/// Three channels on their way, as named values: an array would go through memory at every pixel.
+struct Stepped_Rgb {
+  Stepped red, green, blue;
+
+  void advance() {
+    red.advance();
+    green.advance();
+    blue.advance();
+  }
+  void advance(std::int32_t count) {
+    red.advance(count);
+    green.advance(count);
+    blue.advance(count);
+  }
+};
+
 /// What the general form of a span needs to start its values.
 struct Span_Start {
   Step_Count pixels;     // of the whole span
@@ -90,27 +106,14 @@ struct Gouraud_Source {
   using Kinds = Lanes<Position_Lane, Position_Lane, Position_Lane>;
   static constexpr bool constant = false;
 
-  // Channels as named values: an array here would go through memory at every pixel.
-  struct Running {
-    Stepped red, green, blue;
-
+  struct Running : Stepped_Rgb {
     Pixel value(const Pixel*) const { return packed(red.value, green.value, blue.value); }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
-    void advance(std::int32_t count) {
-      red.advance(count);
-      green.advance(count);
-      blue.advance(count);
-    }
   };
 
   template <class View>
   Running begin(const Span_Start& start, std::int32_t, const View& left, const View& right) const {
-    return {start.between<Position>(left[0], right[0]), start.between<Position>(left[1], right[1]),
-            start.between<Position>(left[2], right[2])};
+    return {{start.between<Position>(left[0], right[0]), start.between<Position>(left[1], right[1]),
+             start.between<Position>(left[2], right[2])}};
   }
   template <class View>
   Pixel at_left(const View& left, std::int32_t, const Pixel*) const {
@@ -243,30 +246,23 @@ struct Gouraud_Dither_Source {
   struct Running {
     const Cube& cube;
     Dither_Row row;
-    Stepped red, green, blue;
+    Stepped_Rgb at;
 
     Pixel value(const Pixel* to) const {
-      return cube.dithered(
-          {as_signed(red.value), as_signed(green.value), as_signed(blue.value)},
-          row.threshold(to));
+      const Channels now{as_signed(at.red.value), as_signed(at.green.value),
+                         as_signed(at.blue.value)};
+      return cube.dithered(now, row.threshold(to));
     }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
-    void advance(std::int32_t count) {
-      red.advance(count);
-      green.advance(count);
-      blue.advance(count);
-    }
+    void advance() { at.advance(); }
+    void advance(std::int32_t count) { at.advance(count); }
   };
 
   template <class View>
   Running begin(const Span_Start& start, std::int32_t y, const View& left,
                 const View& right) const {
-    return {cube, Dither_Row(y), channel(start, left[0], right[0]),
-            channel(start, left[1], right[1]), channel(start, left[2], right[2])};
+    return {cube, Dither_Row(y),
+            Stepped_Rgb{channel(start, left[0], right[0]), channel(start, left[1], right[1]),
+                        channel(start, left[2], right[2])}};
   }
   template <class View>
   Pixel at_left(const View& left, std::int32_t y, const Pixel* to) const {

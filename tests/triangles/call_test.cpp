@@ -32,7 +32,7 @@ TEST(Calls, AllocateForLongStripsAlone) {
             session.clear();
             EXPECT_EQ(draw(session, layer, kind, zigzag(64, !clips(layer))), 0)
                 << describe(variant, layer, kind);
-            EXPECT_EQ(session.color->touched(20, 10), pattern == 64);
+            EXPECT_TRUE(session.color->touched(20, 10));
             const long before = heap::live();
             EXPECT_EQ(draw(session, layer, kind, zigzag(65, !clips(layer))),
                       clips(layer) + takes_floats(layer))

@@ -85,7 +85,9 @@ TEST(Fill, PatternsKeepTheirPhase) {
                                         << ", options " << options << ", clipped " << clipped);
         session.clear();
         session.display().hard_clip = {clipped ? 1 : 0, clipped ? 8 : 11, 0, 2};
-        for (std::string& row : picture) row[9] = row[0] = clipped ? '.' : row[0];
+        for (std::string& row : picture) {
+          if (clipped) row[0] = row[9] = '.';
+        }
         draw(session, Layer::int_any, Kind::flat, strip);
         EXPECT_TRUE(shows(*session.color, picture, session.legend()));
         if (session.depth) {  // a hole writes no depth
