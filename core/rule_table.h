@@ -30,14 +30,14 @@ struct Rule_Row {
 /// The rule of the one row that covers `member`.
 template <class Where, class Rule, std::size_t count, class Member>
 constexpr Rule the_rule(const Rule_Row<Where, Rule> (&rows)[count], Member member) {
-  const Rule* found = nullptr;
-  for (const Rule_Row<Where, Rule>& row : rows) {
-    if (!row.where.covers(member)) continue;
-    if (found) throw "two rows for one member";
-    found = &row.rule;
+  std::size_t found = count;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!rows[i].where.covers(member)) continue;
+    if (found != count) throw "two rows for one member";
+    found = i;
   }
-  if (!found) throw "no row for a member";
-  return *found;
+  if (found == count) throw "no row for a member";
+  return rows[found].rule;
 }
 
 }  // namespace zbuffer

@@ -9,20 +9,12 @@
 namespace model {
 namespace {
 
-std::int64_t aa_step(std::int64_t d, std::int64_t n) {
-  return n == 0 ? 0 : d * 4294967296 / n;
-}
-
-int coverage(std::int64_t distance) {
-  return std::max(
-      0, static_cast<int>(std::floor(256 - 0.81793 * static_cast<double>(distance) + 0.5)));
-}
-
 /// Steps `from` to `end` of the line that leaves `p` by (dx, dy).
 void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const KT_DCI_Point& p,
                 int dx, int dy, int from, int end, KT_RGB32 color) {
   const KT_Int_Rectangle& hard = rendition->display_context->hard_clip;
-  const std::int64_t step = x_major ? aa_step(dy, std::abs(dx)) : aa_step(dx, std::abs(dy));
+  const std::int64_t minor_d = x_major ? dy : dx, major_d = std::abs(x_major ? dx : dy);
+  const std::int64_t step = major_d == 0 ? 0 : minor_d * 4294967296 / major_d;
   for (int i = from; i < end; ++i) {
     const std::int64_t position = (x_major ? p.y : p.x) * 4294967296 + i * step;
     const int major = x_major ? p.x + (dx < 0 ? -i : i) : p.y + (dy < 0 ? -i : i);
@@ -31,8 +23,9 @@ void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const
       const int x = x_major ? major : minor, y = x_major ? minor : major;
       if (x < hard.left || x > hard.right || y < hard.bottom || y > hard.top) continue;
       if (hidden(state, x, y)) continue;
-      const int weight =
-          coverage(std::abs(minor * 4294967296 - position) >> 24) * (color.alpha * 256 / 255);
+      const auto distance = static_cast<double>(std::abs(minor * 4294967296 - position) >> 24);
+      const int coverage = std::max(0, static_cast<int>(std::floor(256.5 - 0.81793 * distance)));
+      const int weight = coverage * (color.alpha * 256 / 255);
       const auto mix = [weight](int s, int d) {
         return static_cast<std::uint8_t>(d + (((s - d) * weight) >> 16));
       };

@@ -1,6 +1,5 @@
 // Reference model of the polyline actions: the road of a call, the pixels that a segment covers,
-// and what is done at each of them. A pixel of a segment is known by its place and by its
-// distance from the segment's first point along the major axis.
+// and what is done at each of them.
 #include "fuzz/model_lines.h"
 
 #include <algorithm>
@@ -13,10 +12,8 @@ namespace model {
 namespace {
 
 using Points = std::vector<KT_DCI_Point>;
-
-struct Step {
-  int x, y, distance;
-};
+/// Pixels of a segment; z is the distance from its first point along the major axis.
+using Steps = std::vector<KT_DCI_Point>;
 
 struct Segment {
   KT_DCI_Point p, q;
@@ -24,7 +21,7 @@ struct Segment {
   int dx() const { return q.x - p.x; }
   int dy() const { return q.y - p.y; }
   int major() const { return std::max(std::abs(dx()), std::abs(dy())); }
-  Step step_at(int x, int y) const {
+  KT_DCI_Point step_at(int x, int y) const {
     return {x, y, std::abs(dx()) > std::abs(dy()) ? std::abs(x - p.x) : std::abs(y - p.y)};
   }
 };
@@ -45,8 +42,8 @@ std::uint32_t run_start(const Segment& s, int step) {
 }
 
 /// The pixels of a segment in order, its far end left out.
-std::vector<Step> steps_of(const Segment& s) {
-  std::vector<Step> steps;
+Steps steps_of(const Segment& s) {
+  Steps steps;
   const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
   const int sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
   const auto put = [&](int x, int y) { steps.push_back(s.step_at(x, y)); };
@@ -106,14 +103,14 @@ int row_at_side(const Segment& s, const KT_Int_Rectangle& r, bool right) {
 }
 
 /// The visible pixels of a segment that starts or ends outside; the codes are those of its ends.
-std::vector<Step> clipped_steps_of(const Segment& s, int c0, int c1, const KT_Int_Rectangle& r) {
-  std::vector<Step> steps;
+Steps clipped_steps_of(const Segment& s, int c0, int c1, const KT_Int_Rectangle& r) {
+  Steps steps;
   const int x0 = s.p.x, y0 = s.p.y, x1 = s.q.x, y1 = s.q.y;
   const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
   const auto put = [&](int x, int y) { steps.push_back(s.step_at(x, y)); };
   if (dx == 0 || dy == 0) {
-    for (const Step& step : steps_of(s))
-      if (code_of(r, {step.x, step.y, 0}) == 0) steps.push_back(step);
+    for (const KT_DCI_Point& step : steps_of(s))
+      if (code_of(r, step) == 0) steps.push_back(step);
     return steps;
   }
   const auto row_of = [&](int code, int y) {
@@ -168,24 +165,22 @@ bool clip_to_range(Segment& s, bool with_z, bool with_colors) {
   const double dz = static_cast<double>(q.z) - p.z;
   double t0 = 0, t1 = 1;
   int c0 = 0, c1 = 0;
-  const auto crossing = [](int limit, int from, double d) {
-    return static_cast<double>(static_cast<float>(limit) - static_cast<float>(from)) / d;
-  };
   const auto start = [&](double t, int side) {
     if (t > t0) t0 = t, c0 = side;
   };
   const auto end = [&](double t, int side) {
     if (t1 > t) t1 = t, c1 = side;
   };
-  if (p.x < -4000) start(crossing(-4000, p.x, dx), 1);
-  if (p.x >= 28761) start(crossing(28760, p.x, dx), 4);
-  if (p.y < -4000) start(crossing(-4000, p.y, dy), 8);
-  if (p.y >= 28761) start(crossing(28760, p.y, dy), 2);
+  // An end at `v` on one axis, the segment measured from its first point in both cases.
+  const auto meet = [](int v, int from, double d, int low, int high, const auto& take) {
+    if (v < -4000) take(static_cast<double>(-4000.0F - static_cast<float>(from)) / d, low);
+    if (v >= 28761) take(static_cast<double>(28760.0F - static_cast<float>(from)) / d, high);
+  };
+  meet(p.x, p.x, dx, 1, 4, start);
+  meet(p.y, p.y, dy, 8, 2, start);
   if (t0 > 1) return false;
-  if (q.x < -4000) end(crossing(-4000, p.x, dx), 1);
-  if (q.x >= 28761) end(crossing(28760, p.x, dx), 4);
-  if (q.y < -4000) end(crossing(-4000, p.y, dy), 8);
-  if (q.y >= 28761) end(crossing(28760, p.y, dy), 2);
+  meet(q.x, p.x, dx, 1, 4, end);
+  meet(q.y, p.y, dy, 8, 2, end);
   if (t0 > t1) return false;
   const auto move = [&](KT_DCI_Point& point, KT_RGB32& color, double t, int side) {
     point.x = std::clamp(p.x + rounded_whole(dx * t), -4000, 28760);
@@ -214,12 +209,6 @@ struct Routine {
   bool masked = false;
   bool reads_settings = false;  ///< of the depth test; else nearer or equal passes and is written
   bool blends = false, merges = false;
-};
-
-/// What a pixel is drawn in.
-struct Ink {
-  KT_RGB32 color;
-  int scaled[3] = {};  ///< of a shaded mapped pixel, 16 fraction bits of cube position
 };
 
 class Drawer {
@@ -274,55 +263,50 @@ class Drawer {
   }
 
   /// Hands wide and patterned lines over.
-  bool thin_only(const Line& line, bool device) {
+  bool thin_only(const Line& line, bool device, bool asks_pattern = true) {
     const KT_Line_Attributes& a = *r_.line_attributes;
-    if (a.line_pattern == 0 && a.line_weight <= 1) return false;
+    if ((a.line_pattern == 0 || !asks_pattern) && a.line_weight <= 1) return false;
     calls_.push_back({device, line, look_of(rendition_)});
     return true;
   }
 
   bool outlined(Variant v, const Line& line, bool device) {
-    KT_Material_Object& record = *r_.material->basic_material;
+    const auto record = r_.material->basic_material;
     const int count = static_cast<int>(line.points.size());
-    if (record.classify_points(count, line.points.data()).kind != 7) return false;
+    if (record->classify_points(count, line.points.data()).kind != 7) return false;
     KT_Rendition t = rendition_;
     auto& attributes = t.edit(&KT_Rendition_Data::line_attributes);
     auto& face = t.edit(&KT_Rendition_Data::face_attributes);
     auto& material = t.edit(&KT_Rendition_Data::material);
     auto& misc = t.edit(&KT_Rendition_Data::misc_attributes);
     const int weight = r_.line_attributes->line_weight;
-    const KT_RGB32 outline_color = record.outline_color, core_color = record.core_color;
+    Drawer pass(state_, t, calls_);
+    const auto draw_pass = [&] { device ? pass.draw_dci(v, line) : pass.draw_2di(v, line); };
     material.textured_material = material.basic_material = KT_Basic_Textured_Material();
     attributes.line_corner_style = attributes.line_end_style_a = attributes.line_end_style_b = 2;
     attributes.line_flag_a = attributes.line_flag_b = 1;
-    attributes.line_weight = weight < 2 ? record.outline_width * 2 + 2 : weight + 5;
+    attributes.line_weight = weight < 2 ? record->outline_width * 2 + 2 : weight + 5;
     face.face_pattern = 64;
-    material.color = outline_color;
-    if (outline_color.alpha < 255) misc.advanced_options.bits |= 8;
-    again(v, t, device, line);
+    material.color = record->outline_color;
+    if (material.color.alpha < 255) misc.advanced_options.bits |= 8;
+    draw_pass();
     attributes.line_weight = weight;
-    const KT_RGB32 own = r_.material->color, contrast = r_.material->contrast_color;
-    material.color = own;
+    material.color = r_.material->color;
     misc.advanced_options.bits &= 0x7F7;
     if (weight > 1) {
       attributes.line_weight = weight + 1;
       if (r_.face_attributes->face_pattern != 24) {
-        material.color = core_color;
+        material.color = record->core_color;
       } else {
-        material.contrast_color = blend(own, contrast, false);
+        material.contrast_color = blend(material.color, material.contrast_color, false);
         face.face_pattern = 24;
         misc.pattern_options = 1;
         face.face_depth_offset = r_.face_attributes->face_depth_offset - 4;
       }
     }
-    again(v, t, device, line);
+    draw_pass();
     return true;
   }
-  void again(Variant v, const KT_Rendition& rendition, bool device, const Line& line) {
-    Drawer pass(state_, rendition, calls_);
-    device ? pass.draw_dci(v, line) : pass.draw_2di(v, line);
-  }
-
   /// Runs of points inside, and segments that leave the clip.
   void run_logic(Variant v, const Line& line, bool masks) {
     const auto draw_run = [&](const Line& run) {
@@ -334,8 +318,8 @@ class Drawer {
     std::vector<short> codes(points.size() + 2);
     const int count = static_cast<int>(points.size());
     const int inside = KD_Clip(hard, count, points.data(), codes.data());
-    if (inside == count) return draw_run(line);
     if (inside == 0) return;
+    if (inside == count) return draw_run(line);
     codes[points.size()] = 4096;
     if (codes[points.size() - 1] == 0 && codes[points.size() - 2] != 0) {
       const KT_RGB32 c = gouraud ? line.colors.back() : color(line, points.size() - 2);
@@ -364,7 +348,7 @@ class Drawer {
             if (gouraud) pair.colors = {s.p_color, s.q_color};
             draw_run(pair);
           } else if ((c0 & c1) == 0) {
-            draw_clipped({v, line.kind, masks}, s, clipped_steps_of(s, c0, c1, hard));
+            draw_steps(clipped_routine(v, line.kind, masks), s, clipped_steps_of(s, c0, c1, hard));
           }
         }
         ++i;
@@ -377,38 +361,28 @@ class Drawer {
     }
   }
 
-  void draw_clipped(Routine routine, const Segment& s, const std::vector<Step>& steps) {
-    const bool flat = routine.kind == Kind::flat;
-    routine.blends = has_alpha(routine.variant);
-    routine.merges = flat && !has_depth(routine.variant) && merge_on(state_, rendition_);
-    routine.reads_settings =
-        !routine.masked &&
-        (flat || (routine.kind == Kind::colorized && routine.variant != Variant::mapped_z));
-    draw_steps(routine, s, steps);
+  Routine clipped_routine(Variant v, Kind kind, bool masks) const {
+    const bool flat = kind == Kind::flat;
+    const bool reads = flat || (kind == Kind::colorized && v != Variant::mapped_z);
+    const bool merges = flat && !has_depth(v) && merge_on(state_, rendition_);
+    return {v, kind, masks, reads && !masks, has_alpha(v), merges};
   }
 
   void draw_dci_masked(Variant v, const Line& line) {
-    const bool colorized = line.kind == Kind::colorized;
     // The plain routines of direct colour are the colorized ones.
     if (line.kind == Kind::flat && !is_mapped(v)) return draw_dci_masked(v, colored(line));
-    if (has_depth(v) && r_.line_attributes->line_weight > 1) {
-      calls_.push_back({true, line, look_of(rendition_)});
-      return;
-    }
-    if (!has_depth(v) && thin_only(line, true)) return;
+    if (thin_only(line, true, !has_depth(v))) return;
     if (merging_or_antialiased(v, line, true)) return;
-    const bool blends = v == Variant::rgb_alpha && colorized;
+    const bool blends = v == Variant::rgb_alpha && line.kind == Kind::colorized;
     walk({v, line.kind, true, false, blends, merges_plain(v, line)}, line);
   }
 
   /// What the colorized routines without depth ask before they walk.
   bool merging_or_antialiased(Variant v, const Line& line, bool masks) {
     if (line.kind != Kind::colorized || has_depth(v) || is_mapped(v)) return false;
-    if (merge_on(state_, rendition_)) {
-      walk({v, line.kind, masks, false, false, true}, line);
-      return true;
-    }
-    if (!antialias_bit()) return false;
+    const bool merges = merge_on(state_, rendition_);
+    if (merges) walk({v, line.kind, masks, false, false, true}, line);
+    if (merges || !antialias_bit()) return merges;
     std::vector<KT_RGB32> colors;
     for (std::size_t j = 0; j + 1 < line.points.size(); ++j) colors.push_back(color(line, j));
     draw_antialiased_run(state_, rendition_, line.points, colors, true);
@@ -419,16 +393,16 @@ class Drawer {
   void walk(const Routine& routine, const Line& line) {
     const Points& points = line.points;
     const bool gouraud = line.kind == Kind::gouraud;
-    const bool short_cut =
-        gouraud && routine.variant != Variant::rgb_alpha_z && routine.variant != Variant::rgb_z;
+    const Variant v = routine.variant;
+    const bool short_cut = gouraud && (!has_depth(v) || is_mapped(v));
     const auto near = [](int a, int b) { return std::abs(a - b) <= 3; };
     Segment s;
     for (std::size_t j = 0; j + 1 < points.size(); ++j) {
       const KT_RGB32 a = color(line, j), b = gouraud ? line.colors[j + 1] : a;
       s = {points[j], points[j + 1], a, b};
       if (short_cut && near(a.blue, b.blue) && near(a.green, b.green) && near(a.red, b.red)) {
-        const bool shared = routine.masked && routine.variant == Variant::rgb_alpha;
-        draw_dci(shared ? Variant::rgb : routine.variant, {Kind::colorized, {s.p, s.q}, {a}, true});
+        const bool shared = routine.masked && v == Variant::rgb_alpha;
+        draw_dci(shared ? Variant::rgb : v, {Kind::colorized, {s.p, s.q}, {a}, true});
       } else {
         draw_steps(routine, s, steps_of(s));
       }
@@ -449,20 +423,20 @@ class Drawer {
       stored = static_cast<std::uint16_t>(mapped_z && routine.kind != Kind::flat ? run_on : s.q.z);
       if (routine.kind == Kind::colorized) routine.blends = false;
     }
-    store(routine, x, y, ink_at(routine, {s.q, s.q, s.q_color, s.q_color}, 0));
+    store(routine, {s.q, s.q, s.q_color, s.q_color}, 0, x, y);
   }
 
-  void draw_steps(const Routine& routine, const Segment& s, const std::vector<Step>& steps) {
-    for (const Step& step : steps) {
+  void draw_steps(const Routine& routine, const Segment& s, const Steps& steps) {
+    for (const KT_DCI_Point& step : steps) {
       const int x = step.x - state_.origin.x, y = step.y - state_.origin.y;
       if (routine.masked && hidden(state_, x, y)) continue;
       if (has_depth(routine.variant)) {
-        const std::uint16_t z = depth_at(s, step.distance);
+        const std::uint16_t z = depth_at(s, step.z);
         auto& stored = state_.depth.at<std::uint16_t>(x, y);
         if (!depth_passes(routine.reads_settings ? state_.zbuffer_test : 2, z, stored)) continue;
         if (!routine.reads_settings || state_.zbuffer_write) stored = z;
       }
-      store(routine, x, y, ink_at(routine, s, step.distance));
+      store(routine, s, step.z, x, y);
     }
   }
 
@@ -472,47 +446,43 @@ class Drawer {
     return static_cast<std::uint16_t>((start + static_cast<std::uint32_t>(distance) * step) >> 15);
   }
 
-  Ink ink_at(const Routine& routine, const Segment& s, int distance) const {
-    if (routine.kind != Kind::gouraud) return {s.p_color, {}};
+  /// The colour of a pixel of the segment goes to buffer (x, y).
+  void store(const Routine& routine, const Segment& s, int distance, int x, int y) {
     const KT_RGB32 a = s.p_color, b = s.q_color;
+    const bool gouraud = routine.kind == Kind::gouraud;
     const auto value = [&](int from, int to) {
+      const auto step = static_cast<std::uint32_t>(line_step(to - from, s.major()));
       return static_cast<int>((static_cast<std::uint32_t>(from) << 16 | 0x8000) +
-                              static_cast<std::uint32_t>(distance) *
-                                  static_cast<std::uint32_t>(line_step(to - from, s.major())));
+                              static_cast<std::uint32_t>(distance) * step);
     };
-    const auto byte = [&](int from, int to) {
-      return static_cast<std::uint8_t>(value(from, to) >> 16);
-    };
-    Ink ink{{byte(a.blue, b.blue), byte(a.green, b.green), byte(a.red, b.red),
-             routine.blends ? byte(a.alpha, b.alpha) : std::uint8_t{255}},
-            {}};
-    const KT_Color_Cube& cube = state_.cube;
-    ink.scaled[0] = value(a.red * cube.red_scale, b.red * cube.red_scale) >> 8;
-    ink.scaled[1] = value(a.green * cube.green_scale, b.green * cube.green_scale) >> 8;
-    ink.scaled[2] = value(a.blue * cube.blue_scale, b.blue * cube.blue_scale) >> 8;
-    return ink;
-  }
-
-  void store(const Routine& routine, int x, int y, const Ink& ink) {
     if (is_mapped(routine.variant)) {
       const KT_Color_Cube& cube = state_.cube;
-      const int d = threshold(state_, x, y);
-      const KT_RGB32 c = ink.color;
-      const int scaled[3] = {c.red * cube.red_scale << 8, c.green * cube.green_scale << 8,
-                             c.blue * cube.blue_scale << 8};
-      const std::uint8_t index =
-          routine.kind == Kind::flat        ? static_cast<std::uint8_t>(r_.material->color_index)
-          : routine.kind == Kind::colorized ? ordered_index(cube, scaled, d)
-                                            : dithered_index(cube, ink.scaled, d);
+      const auto scaled = [&](int from, int to, int scale) {
+        return gouraud ? value(from * scale, to * scale) >> 8 : from * scale << 8;
+      };
+      const int rgb[3] = {scaled(a.red, b.red, cube.red_scale),
+                          scaled(a.green, b.green, cube.green_scale),
+                          scaled(a.blue, b.blue, cube.blue_scale)};
+      auto index = static_cast<std::uint8_t>(r_.material->color_index);
+      if (routine.kind == Kind::colorized)
+        index = ordered_index(cube, rgb, threshold(state_, x, y));
+      if (gouraud) index = dithered_index(cube, rgb, threshold(state_, x, y));
       auto& pixel = state_.color.at<std::uint8_t>(x, y);
       pixel = routine.merges ? merge_mapped(state_, pixel, index) : index;
       return;
     }
+    const auto byte = [&](int from, int to) {
+      return static_cast<std::uint8_t>(value(from, to) >> 16);
+    };
+    KT_RGB32 color = a;
+    if (gouraud)
+      color = {byte(a.blue, b.blue), byte(a.green, b.green), byte(a.red, b.red),
+               routine.blends ? byte(a.alpha, b.alpha) : std::uint8_t{255}};
     auto& pixel = state_.color.at<KT_RGB32>(x, y);
     if (routine.merges)
-      pixel = KT_RGB32::from_word(merge_rgb(state_, pixel.word(), ink.color.word()));
+      pixel = KT_RGB32::from_word(merge_rgb(state_, pixel.word(), color.word()));
     else
-      pixel = routine.blends ? blend_256(pixel, ink.color) : ink.color;
+      pixel = routine.blends ? blend_256(pixel, color) : color;
   }
 
   State& state_;

@@ -9,12 +9,10 @@
 // drawn as if there were no complex clip.
 #pragma once
 
-#include <utility>
-
 #include "core/scratch.h"
 #include "lines/strip_edges.h"
 #include "textures/scan.h"
-#include "triangles/strip_walk.h"
+#include "triangles/strip_split.h"
 
 namespace zbuffer::textures {
 
@@ -77,7 +75,7 @@ inline bool is_simple(const KT_Rendition& rendition, const KT_Texture_Source_Dat
          (source.wrap_t & ~Texture::tile) == 0;
 }
 
-/// The general routine takes the primitive.
+/// Where the gate sends a primitive.
 enum class Way : std::uint8_t { standard, plain, modulated, lit };
 
 template <Set set, Layer layer>
@@ -112,23 +110,24 @@ void convert(const Float_Strip& strip) {
     const KT_Point& from = strip.points[i];
     points[i] = {rounded(from.x), rounded(from.y), rounded(from.z)};
   }
-  draw<set, road, layer_below(layer)>(strip.with_points(std::as_const(points).data()));
+  const KT_DCI_Point* made = points.data();
+  draw<set, road, layer_below(layer)>(strip.with_points(made));
 }
 
 /// A strip anywhere: runs of visible triangles, and single clipped ones.
 template <Set set, Road road>
-void draw_any(const Strip& strip) {
+void draw_anywhere(const Strip& strip) {
   Scratch<short> codes(strip.count);
-  const int inside =
+  const int verdict =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
-  if (inside == strip.count) return draw<set, road, Layer::int_inside>(strip);
-  if (inside == 0 || scan_detail::lacks_colors<road>(strip)) return;
+  if (verdict == strip.count) return draw<set, road, Layer::int_inside>(strip);
+  if (verdict == 0 || scan_detail::lacks_colors<road>(strip)) return;
   const Held_Texture held(strip.rendition);
   if (!held.usable()) return;
-  walk_strip(
+  split_strip(
       strip.count, codes.data(),
-      [&](int first, int length) {
-        draw<set, road, Layer::int_inside>(strip.piece(first, length));
+      [&](int first, int count) {
+        draw<set, road, Layer::int_inside>(strip.piece(first, count));
       },
       [&](int first) { draw_clipped_triangle<set, road>(strip.piece(first, 3), held); });
 }
@@ -161,7 +160,7 @@ void draw(const Strip_At<layer>& strip) {
   if constexpr (is_float(layer)) {
     convert<set, road, layer>(strip);
   } else if constexpr (layer == Layer::int_any) {
-    draw_any<set, road>(strip);
+    draw_anywhere<set, road>(strip);
   } else if constexpr (road == Road::lit) {
     scan_lit(strip);
   } else {

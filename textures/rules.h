@@ -224,32 +224,32 @@ namespace rules_detail {
 
 /// The one of `rows` for which `covers` holds.
 template <class Row, std::size_t count, class Covers>
-consteval const Row& the_row(const Row (&rows)[count], Covers covers) {
-  const Row* found = nullptr;
-  for (const Row& row : rows) {
-    if (!covers(row)) continue;
-    if (found) throw "two rows for one member";
-    found = &row;
+constexpr const Row& the_row(const Row (&rows)[count], Covers covers) {
+  std::size_t found = count;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!covers(rows[i])) continue;
+    if (found != count) throw "two rows for one member";
+    found = i;
   }
-  if (!found) throw "no row for a member";
-  return *found;
+  if (found == count) throw "no row for a member";
+  return rows[found];
 }
 
 }  // namespace rules_detail
 
-consteval Head action_head(Set set, Layer layer) {
+constexpr Head action_head(Set set, Layer layer) {
   return rules_detail::the_row(rules::action_heads, [=](const Action_Head& row) {
            return row.set.has(set) && row.layer.has(layer);
          }).steps;
 }
 
-consteval Head layer_head(Set set, Road road, Layer layer) {
+constexpr Head layer_head(Set set, Road road, Layer layer) {
   return rules_detail::the_row(rules::layer_heads, [=](const Layer_Head& row) {
            return row.set.has(set) && row.road.has(road) && row.layer.has(layer);
          }).steps;
 }
 
-consteval Gate_Rule gate_rule(Set set, Layer layer) {
+constexpr Gate_Rule gate_rule(Set set, Layer layer) {
   return rules_detail::the_row(rules::gate_rules, [=](const Gate_Row& row) {
            return row.set.has(set) && row.layer.has(layer);
          }).rule;

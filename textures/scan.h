@@ -55,7 +55,7 @@ auto make_dress(const Strip& strip, const Texture& texture) {
 template <Road road, class Limits, class Span_Type, class Tint>
 void draw_triangles(const Point_List& list, const Corner_Setup& setup, const Limits& limits,
                     const Tint& tint, Span_Type& span) {
-  using Corner = Vertex<typename Span_Type::Kinds>;
+  using Corner = Vertex<Joined<Geometry_Lanes, typename Tint::Kinds>>;
   const auto corner = [&](int i) {
     Corner made;
     setup.put_geometry(made, list, i);

@@ -91,7 +91,6 @@ class Span {
   using Tint = typename Dress_Type::Tint;
   using Ink = typename Dress_Type::Ink;
   using Pixel = typename Ink::Pixel;
-  using Kinds = Joined<Geometry_Lanes, typename Tint::Kinds>;
 
   Span(const Frame& frame, const Cover& cover, const Dress_Type& dress)
       : frame_(frame), cover_(cover), dress_(dress) {}

@@ -16,7 +16,7 @@ namespace zbuffer::textures {
 class Quad_Steps {
  public:
   explicit Quad_Steps(Stepped from)
-      : at_(Quad{0, 1, 2, 3} * from.step + from.value), step_(Quad{} + from.step * quad_size) {}
+      : at_(Quad{0, 1, 2, 3} * from.step + from.value), step_(Quad{} + from.step * Word{quad_size}) {}
 
   Quad at() const { return at_; }
   void advance() { at_ += step_; }

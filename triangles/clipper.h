@@ -9,6 +9,11 @@
 
 namespace zbuffer {
 
+/// The rectangle, in device coordinates, within which the fixed-point arithmetic cannot overflow:
+/// no difference of two coordinates in it reaches 2^15. It is held against device coordinates
+/// although edges run in buffer coordinates; windows begin near the origin.
+inline constexpr KT_Int_Rectangle safe_rectangle{-4000, 28760, -4000, 28760};
+
 inline constexpr int clipped_points_at_most = 8;
 
 /// Cuts the triangle of `points` (device coordinates) against `rectangle`; z is carried along.

@@ -12,6 +12,7 @@
 #include "lines/strip_edges.h"
 #include "triangles/scan.h"
 #include "triangles/standard.h"
+#include "triangles/strip_split.h"
 
 namespace zbuffer {
 
@@ -166,25 +167,17 @@ void draw_clipped(const Strip& strip, int i) {
   draw_clipped_triangle<variant, kind, masking>(triangle);
 }
 
-/// Cuts a partly visible strip into pieces of visible triangles and single clipped ones.
 template <Variant variant, Kind kind, Masking masking>
-void split_strip(const Strip& strip, const short* codes) {
+void draw_crossing_strip(const Strip& strip, const short* codes) {
   if (draws_nothing(strip.rendition)) return;
-  const int triangles = strip.count - 2;
-  const auto beyond_one_edge = [&](int i) { return (codes[i] & codes[i + 1] & codes[i + 2]) != 0; };
-  const auto crosses = [&](int i) { return (codes[i] | codes[i + 1] | codes[i + 2]) != 0; };
-  int i = 0;
-  while (i < triangles) {
-    while (i < triangles && beyond_one_edge(i)) ++i;
-    // Once a triangle is clipped the next are not rejected, even beyond one edge.
-    while (i < triangles && crosses(i)) draw_clipped<variant, kind, masking>(strip, i++);
-    if (i >= triangles) return;
-    const int start = i++;
-    while (i < triangles && codes[i + 2] == 0) ++i;
-    Strip piece = strip.with_points(i + 2 - start, strip.points + start);
-    piece.colors = colors_at<kind>(strip, start);
-    draw_piece<variant, kind, masking>(piece);
-  }
+  split_strip(
+      strip.count, codes,
+      [&](int first, int count) {
+        Strip piece = strip.with_points(count, strip.points + first);
+        piece.colors = colors_at<kind>(strip, first);
+        draw_piece<variant, kind, masking>(piece);
+      },
+      [&](int first) { draw_clipped<variant, kind, masking>(strip, first); });
 }
 
 template <Variant variant, Kind kind, Masking masking>
@@ -193,7 +186,7 @@ void draw_anywhere(const Strip& strip) {
   const int verdict =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
   if (verdict == strip.count) return draw_visible_strip<variant, kind, masking>(strip);
-  if (verdict != 0) split_strip<variant, kind, masking>(strip, codes.data());
+  if (verdict != 0) draw_crossing_strip<variant, kind, masking>(strip, codes.data());
 }
 
 }  // namespace entry_detail

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 
 #include "core/rule_table.h"
 #include "core/variant.h"
@@ -274,17 +275,18 @@ inline constexpr Chain_Row chains[] = {
 }  // namespace rules
 
 constexpr Chain the_chain(Entry entry) {
-  const Chain* found = nullptr;
-  for (const Chain_Row& row : rules::chains) {
-    if (row.layer != entry.layer || !row.kind.has(entry.kind) ||
-        !row.variant.has(entry.variant)) {
+  constexpr std::size_t count = std::size(rules::chains);
+  std::size_t found = count;
+  for (std::size_t i = 0; i < count; ++i) {
+    const Chain_Row& row = rules::chains[i];
+    if (row.layer != entry.layer || !row.kind.has(entry.kind) || !row.variant.has(entry.variant)) {
       continue;
     }
-    if (found) throw "two chains for one entry";
-    found = &row.chain;
+    if (found != count) throw "two chains for one entry";
+    found = i;
   }
-  if (!found) throw "no chain for an entry";
-  return *found;
+  if (found == count) throw "no chain for an entry";
+  return rules::chains[found].chain;
 }
 
 }  // namespace zbuffer

@@ -8,11 +8,6 @@
 
 namespace zbuffer {
 
-/// The rectangle, in device coordinates, within which the fixed-point arithmetic cannot overflow:
-/// no difference of two coordinates in it reaches 2^15. It is held against device coordinates
-/// although edges run in buffer coordinates; windows begin near the origin.
-inline constexpr KT_Int_Rectangle safe_rectangle{-4000, 28760, -4000, 28760};
-
 namespace scan_detail {
 
 template <Filling filling>

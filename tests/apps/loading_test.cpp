@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -67,7 +66,7 @@ TEST_F(Child_Process, every_kind_of_hang_ends) {
                                          sleep(1000);
                                        },
                                        [](const Child_Send&) {
-                                         for (std::atomic<bool> forever = true; forever;) continue;
+                                         for (volatile bool forever = true; forever;) continue;
                                        }};
   for (const Child_Job& job : jobs) {
     const auto start = std::chrono::steady_clock::now();

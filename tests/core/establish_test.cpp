@@ -84,7 +84,7 @@ bool in_module(Function function) {
 
 bool right_record(const Session& session, KT_Action action, Cell cell) {
   const auto& [object, function, extra, valid] = session.actions()[action];
-  if (cell == kept) return function == &mark && object == nullptr && extra == 5 && valid == 0;
+  if (cell == kept) return function == &mark && object == nullptr && extra == 5 && valid == 7;
   return object == &session.renderer() && extra == 0 && valid == 1 &&
          ((cell != own && function == standard_routine(action)) ||
           (cell != standard && in_module(function)));
@@ -104,7 +104,7 @@ void configure(const Session& session, Variant variant) {
   session.options().set_buffer_depth(zbuffer::has_depth(variant) ? 1 : 0);
   session.options().set_alpha_blending(zbuffer::is_alpha(variant));
   for (int i = 0; i < static_cast<int>(Create_Frame_Buffer); ++i) {
-    session.actions().records[i] = {nullptr, &mark, 5, 0};
+    session.actions().records[i] = {nullptr, &mark, 5, 7};
   }
   ASSERT_EQ(session.establish(), 0);
 }

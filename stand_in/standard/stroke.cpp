@@ -1,0 +1,200 @@
+#include "stand_in/standard/stroke.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "host/application.h"
+#include "stand_in/standard/polygon_fill.h"
+
+namespace stand_in {
+namespace {
+
+constexpr double half_pixel = 0.5;
+/// A sharp corner's tip is this many times as far from the line as the line's edge, at most.
+constexpr double longest_miter = 4;
+/// How far an arc's chords may lie inside it, in pixels.
+constexpr double arc_tolerance = 0.2;
+
+double cross(double ax, double ay, double bx, double by) {
+  return ax * by - ay * bx;
+}
+
+/// The line without places that repeat the one before; the later one's colour and depth count.
+std::vector<Vertex> without_repeats(std::span<const Vertex> line) {
+  std::vector<Vertex> places;
+  for (const Vertex& v : line) {
+    if (!places.empty() && same_place(places.back(), v)) places.pop_back();
+    places.push_back(v);
+  }
+  return places;
+}
+
+}  // namespace
+
+Stroke::Stroke(const Line_Job& job)
+    : job_(job),
+      half_width_(job.rendition->line_attributes->line_weight / 2.0),
+      corner_style_(job.rendition->line_attributes->line_corner_style),
+      first_end_style_(job.rendition->line_attributes->line_end_style_a),
+      last_end_style_(job.rendition->line_attributes->line_end_style_b) {}
+
+void Stroke::draw(std::span<const Vertex> line, Piece_Ends ends) {
+  const std::vector<Vertex> places = without_repeats(line);
+  if (places.size() < 2) {
+    if (!places.empty()) draw_dot(places[0]);
+    return;
+  }
+  const std::size_t segments = places.size() - 1;
+  std::vector<Direction> ways(segments);
+  for (std::size_t n = 0; n < segments; ++n) {
+    const double x = places[n + 1].x - places[n].x;
+    const double y = places[n + 1].y - places[n].y;
+    const double length = std::hypot(x, y);
+    ways[n] = {x / length, y / length, length};
+  }
+  // Corner n lies at the end of segment n; that of the last segment closes a closed line.
+  const bool closed =
+      ends.first && ends.last && segments > 2 && same_place(places.front(), places.back());
+  std::vector<Corner> corners(segments);
+  for (std::size_t n = 0; n + (closed ? 0 : 1) < segments; ++n) {
+    corners[n] = corner_between(ways[n], ways[(n + 1) % segments]);
+  }
+
+  const auto reach_of = [&](bool is_line_end, std::int32_t style) {
+    if (!is_line_end || style == KT_Line_Style::flat_end) return half_pixel;
+    return style == KT_Line_Style::square_end ? half_width_ : 0;
+  };
+  const End first = closed ? End{&corners[segments - 1], 0}
+                           : End{nullptr, reach_of(ends.first, first_end_style_)};
+  const End last = closed ? End{&corners[segments - 1], 0}
+                          : End{nullptr, reach_of(ends.last, last_end_style_)};
+  for (std::size_t n = 0; n < segments; ++n) {
+    draw_segment(places[n], places[n + 1], ways[n], n > 0 ? End{&corners[n - 1], 0} : first,
+                 n + 1 < segments ? End{&corners[n], 0} : last);
+    if (n + 1 < segments || closed) {
+      Vertex at = places[n + 1];
+      if (job_.coloring != Coloring::by_point) at.color = places[n].color;
+      draw_corner(at, corners[n]);
+    }
+  }
+  if (closed) return;
+  if (first.reach == 0) draw_cap(places[0], {-ways[0].x, -ways[0].y, 0});
+  if (last.reach == 0) {
+    Vertex at = places[segments];
+    if (job_.coloring != Coloring::by_point) at.color = places[segments - 1].color;
+    draw_cap(at, ways[segments - 1]);
+  }
+}
+
+Stroke::Corner Stroke::corner_between(const Direction& from, const Direction& to) const {
+  Corner corner;
+  corner.from = from;
+  corner.to = to;
+  corner.cosine = from.x * to.x + from.y * to.y;
+  const double sine = cross(from.x, from.y, to.x, to.y);
+  if (sine == 0 && corner.cosine > 0) return corner;  // straight on
+  corner.inner_side = sine >= 0 ? 1 : -1;
+  // The inner corner lies half_width * tan(turn / 2) back along either segment.
+  const double setback = half_width_ * std::abs(sine);
+  const double room = std::min(from.length, to.length) / 2 * (1 + corner.cosine);
+  if (setback >= room) return corner;
+  corner.is_cut = true;
+  const double scale = corner.inner_side * half_width_ / (1 + corner.cosine);
+  corner.inner_x = -(from.y + to.y) * scale;
+  corner.inner_y = (from.x + to.x) * scale;
+  return corner;
+}
+
+void Stroke::draw_segment(const Vertex& from, const Vertex& to, const Direction& along, End start,
+                          End end) {
+  Vertex last = to;
+  if (job_.coloring != Coloring::by_point) last.color = from.color;
+  const Direction back = {-along.x, -along.y, along.length};
+  // Counter-clockwise from the left of the start; seen backwards, the left side is the right one.
+  add_side(from, back, start, -1);
+  if (start.shares_centre()) add(from, 0, 0);
+  add_side(from, back, start, 1);
+  add_side(last, along, end, -1);
+  if (end.shares_centre()) add(last, 0, 0);
+  add_side(last, along, end, 1);
+  fill();
+}
+
+/// One side's corner of a segment at one of its ends; `along` leads out of the segment there, and
+/// `sign` is 1 for what is left as seen along it.
+void Stroke::add_side(const Vertex& at, const Direction& along, const End& end, int sign) {
+  if (end.corner != nullptr && end.corner->is_cut) {
+    const Corner& corner = *end.corner;
+    if (cross(along.x, along.y, corner.inner_x, corner.inner_y) * sign > 0) {
+      return add(at, corner.inner_x, corner.inner_y);
+    }
+  }
+  add(at, along.x * end.reach - along.y * half_width_ * sign,
+      along.y * end.reach + along.x * half_width_ * sign);
+}
+
+void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
+  if (corner.inner_side == 0) return;
+  const double outward = -corner.inner_side * half_width_;
+  if (corner_style_ == KT_Line_Style::round_corner) {
+    const double from_angle = std::atan2(corner.from.x * outward, -corner.from.y * outward);
+    const double turn = std::acos(std::clamp(corner.cosine, -1.0, 1.0)) * corner.inner_side;
+    return draw_arc(at, from_angle, turn);
+  }
+  add(at, 0, 0);
+  add(at, -corner.from.y * outward, corner.from.x * outward);
+  // The tip's distance is the half width over the cosine of half the turn.
+  const double half_turn_square = (1 + corner.cosine) / 2;
+  if (corner_style_ != KT_Line_Style::bevelled_corner &&
+      half_turn_square * longest_miter * longest_miter >= 1) {
+    const double scale = outward / (1 + corner.cosine);
+    add(at, -(corner.from.y + corner.to.y) * scale, (corner.from.x + corner.to.x) * scale);
+  }
+  add(at, -corner.to.y * outward, corner.to.x * outward);
+  fill();
+}
+
+void Stroke::draw_cap(const Vertex& at, const Direction& outward) {
+  const double to_the_right = std::atan2(-outward.x, outward.y);
+  draw_arc(at, to_the_right, std::numbers::pi);
+}
+
+/// A line without length.
+void Stroke::draw_dot(const Vertex& at) {
+  if (first_end_style_ == KT_Line_Style::round_end) return draw_arc(at, 0, 2 * std::numbers::pi);
+  add(at, -half_width_, -half_width_);
+  add(at, half_width_, -half_width_);
+  add(at, half_width_, half_width_);
+  add(at, -half_width_, half_width_);
+  fill();
+}
+
+/// A sector of a disc, in slices that are convex and of few points.
+void Stroke::draw_arc(const Vertex& center, double from_angle, double turn) {
+  constexpr int steps_a_slice = 16;
+  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.5));
+  const int least = static_cast<int>(std::ceil(std::abs(turn) / std::min(finest, 0.5)));
+  const int slices = std::max(least / steps_a_slice + 1, static_cast<int>(std::abs(turn)) + 1);
+  const int steps = std::max(least / slices + 1, 1);
+  for (int slice = 0; slice < slices; ++slice) {
+    add(center, 0, 0);
+    for (int step = 0; step <= steps; ++step) {
+      const double part = static_cast<double>(slice * steps + step) / (slices * steps);
+      const double angle = from_angle + turn * part;
+      add(center, half_width_ * std::cos(angle), half_width_ * std::sin(angle));
+    }
+    fill();
+  }
+}
+
+void Stroke::add(const Vertex& at, double x, double y) {
+  outline_.push_back({at.x + x, at.y + y, at.z, at.color});
+}
+
+void Stroke::fill() {
+  fill_convex(job_, outline_);
+  outline_.clear();
+}
+
+}  // namespace stand_in
