@@ -112,9 +112,16 @@ struct Test {
     misc.advanced_options.bits = strip               ? random.pick({32u, 34u, 0xFFFFFFFFu})
                                  : random.once_in(3) ? random.pick({2u, 10u, 0xFFFFFFDFu})
                                                      : random.pick({0u, 8u, 16u});
-    if ((misc.advanced_options.bits & 2) != 0 && !keep_to_frame())
-      misc.advanced_options.bits &= ~2u;
-    if ((misc.advanced_options.bits & 2) != 0) features += ",antialiased";
+    if ((misc.advanced_options.bits & 2) != 0) {
+      // Antialiased lines take device coordinates for those of the frame: the clip must suit both.
+      KT_Int_Rectangle& hard = hard_clip();
+      const KT_Int_Rectangle both{std::max(hard.left, 0), std::min(hard.right, scene.size.x - 1),
+                                  std::max(hard.bottom, 0), std::min(hard.top, scene.size.y - 1)};
+      const bool suits = both.left <= both.right && both.bottom <= both.top;
+      if (suits) hard = both;
+      if (!suits) misc.advanced_options.bits &= ~2u;
+      features += suits ? ",antialiased" : "";
+    }
     if (attributes.line_weight > 1 || attributes.line_pattern != 0) features += ",general";
     if (scene.use_mask && scene.rendition->display_context->complex_clip) features += ",masked";
     if (scene.force_merge || misc.drawing_mode == 20) features += ",merge";
@@ -127,16 +134,6 @@ struct Test {
     outlining->core_color = scene.call.colors[1];
     scene.rendition.edit(&KT_Rendition_Data::material).basic_material.reset(outlining);
     features += ",outlined";
-  }
-
-  /// Antialiased lines take device coordinates for those of the frame: the clip must suit both.
-  bool keep_to_frame() {
-    KT_Int_Rectangle& hard = hard_clip();
-    const KT_Int_Rectangle r{std::max(hard.left, 0), std::min(hard.right, scene.size.x - 1),
-                             std::max(hard.bottom, 0), std::min(hard.top, scene.size.y - 1)};
-    if (r.left > r.right || r.bottom > r.top) return false;
-    hard = r;
-    return true;
   }
 
   KT_DCI_Point free_point(const KT_Int_Rectangle& hard, int far) {
@@ -197,12 +194,10 @@ struct Test {
 
   std::string describe() const {
     std::ostringstream out;
-    const KT_Line_Attributes& a = *scene.rendition->line_attributes;
-    out << scene.describe() << title() << ": weight " << a.line_weight << ", pattern "
-        << a.line_pattern << ", single " << line.single_color << std::hex;
+    out << scene.describe() << title() << ": " << model::look_of(scene.rendition) << ", single "
+        << line.single_color << ", colors" << std::hex;
     for (KT_RGB32 c : line.colors) out << " " << c.word();
-    out << std::dec << "\n";
-    return out.str();
+    return out.str() + "\n";
   }
 
   void call(KT_Renderer_Data& renderer) const {

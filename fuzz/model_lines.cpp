@@ -30,15 +30,12 @@ int whole(std::uint32_t position) {
   return static_cast<std::int16_t>(position >> 16);
 }
 
-std::uint32_t half(int value) {
-  return static_cast<std::uint32_t>(value >> 1);
-}
-
-/// Half a step, with the rounding of the quadrant, from where the runs of a row are measured.
+/// The position at which the first row of a segment along x ends: half a step away.
 std::uint32_t run_start(const Segment& s, int step) {
   const auto x = static_cast<std::uint32_t>(s.p.x) << 16;
-  if (s.dx() < 0) return s.dy() > 0 ? x + half(step + 1) : x - 1 + half(step + 1);
-  return s.dy() > 0 ? (x | 0xFFFF) + half(step) : x + 0x10000 + half(step);
+  const auto half = static_cast<std::uint32_t>((s.dx() < 0 ? step + 1 : step) >> 1);
+  if (s.dx() < 0) return s.dy() > 0 ? x + half : x - 1 + half;
+  return s.dy() > 0 ? (x | 0xFFFF) + half : x + 0x10000 + half;
 }
 
 /// The pixels of a segment in order, its far end left out.
@@ -73,33 +70,22 @@ int code_of(const KT_Int_Rectangle& r, const KT_DCI_Point& p) {
 
 /// Row at which a segment meets the right or the left side of the clip.
 int row_at_side(const Segment& s, const KT_Int_Rectangle& r, bool right) {
-  const int x0 = s.p.x, y0 = s.p.y, dx = s.dx(), dy = s.dy(), adx = std::abs(dx);
-  const int side = right ? r.right : r.left, step = line_step(dx, std::abs(dy));
-  const int away = dx > 0 ? side - x0 : x0 - side;
-  const auto shifted = static_cast<std::uint32_t>(away) << 16;
-  const auto U = [&](int term) {
-    const auto divisor = static_cast<std::uint32_t>(std::abs(step));
-    return static_cast<int>((shifted + static_cast<std::uint32_t>(term >> 1)) / divisor);
+  const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
+  const int sy = dy < 0 ? -1 : 1, step = line_step(dx, ady), side = right ? r.right : r.left;
+  const int away = dx > 0 ? side - s.p.x : s.p.x - side;
+  const auto sum = [&](int term) {
+    return (static_cast<std::uint32_t>(away) << 16) + static_cast<std::uint32_t>(term);
   };
-  const auto S = [&](int term) {
-    return static_cast<int>(shifted + static_cast<std::uint32_t>(term)) / step;
-  };
-  int row;
-  if (adx > std::abs(dy))
-    row = dx > 0 ? (dy > 0 ? y0 + U(step + 1) : y0 - U(step - 1))
-                 : (dy > 0 ? y0 + U(1 - step) : y0 - U(-1 - step));
-  else if (adx == std::abs(dy))
-    row = dy > 0 ? y0 + away : y0 - away;
-  else if (dx > 0 && dy > 0)
-    row = right ? y0 + S(0x7FFF) : y0 + 1 + S(-0x8001);
-  else if (dx > 0)
-    row = right ? y0 - S(0x7FFF) : y0 - 1 - S(-0x8001);
-  else if (dy > 0)
-    row = right ? y0 + 1 - S(-0x8000) : y0 - S(0x8000);
-  else
-    row = right ? y0 - 1 + S(-0x8000) : y0 + S(0x8000);
+  int rows = away;
+  if (adx > ady)
+    rows = static_cast<int>(sum((std::abs(step) + sy) >> 1) /
+                            static_cast<std::uint32_t>(std::abs(step)));
+  else if (adx < ady && dx > 0)
+    rows = static_cast<int>(sum(right ? 0x7FFF : -0x8001)) / step + (right ? 0 : 1);
+  else if (adx < ady)
+    rows = (right ? 1 : 0) - static_cast<int>(sum(right ? -0x8000 : 0x8000)) / step;
   const bool from_below = right == ((dx > 0) == (dy > 0));
-  return from_below ? std::min(r.top, row) : std::max(r.bottom, row);
+  return from_below ? std::min(r.top, s.p.y + sy * rows) : std::max(r.bottom, s.p.y + sy * rows);
 }
 
 /// The visible pixels of a segment that starts or ends outside; the codes are those of its ends.
@@ -127,22 +113,16 @@ Steps clipped_steps_of(const Segment& s, int c0, int c1, const KT_Int_Rectangle&
   const int rows = (ye - ys) * sy;
   const int step = line_step(dx, ady);
   const auto wrapped = static_cast<std::uint32_t>(step);
-  const auto base = static_cast<std::uint32_t>(x0) << 16;
   if (adx <= ady) {
-    std::uint32_t position = (base | 0x8000) + static_cast<std::uint32_t>(k) * wrapped;
+    std::uint32_t position = static_cast<std::uint32_t>(x0) << 16 | 0x8000;
+    position += static_cast<std::uint32_t>(k) * wrapped;
     for (int i = 0; i < rows + (c1 != 0); ++i, position += wrapped)
       put(adx == ady ? x0 + (k + i) * sx : whole(position), ys + i * sy);
     return steps;
   }
-  std::uint32_t position = run_start(s, step);
-  int x = x0;
-  if (c0 != 0) {
-    position = dx > 0 ? (dy > 0 ? (base | 0xFFFF) + half(-step) : base + 0x10000 + half(-step))
-                      : (dy > 0 ? base - half(step) : base - 1 - half(step));
-    position += static_cast<std::uint32_t>(k) * wrapped;
-    x = dx > 0 ? std::max(whole(position), r.left) : std::min(whole(position), r.right);
-    position += wrapped;
-  }
+  std::uint32_t position = run_start(s, step) + static_cast<std::uint32_t>(k) * wrapped;
+  const int entry = whole(position - wrapped);  // where the row before has ended
+  int x = c0 == 0 ? x0 : dx > 0 ? std::max(entry, r.left) : std::min(entry, r.right);
   int y = ys;
   for (int row = 0; row < rows; ++row, y += sy, position += wrapped)
     for (; (whole(position) - x) * sx > 0; x += sx) put(x, y);
@@ -240,11 +220,7 @@ class Drawer {
     }
     if (has_depth(v) && !depth_enabled()) return draw_dci(without_depth(v), line);
     if (thin_only(line, true)) return;
-    const bool maskless = v == Variant::mapped && line.kind == Kind::colorized;
-    if (masked() && !maskless) return draw_dci_masked(v, line);
-    if (merging_or_antialiased(v, line, false)) return;
-    const bool reads = v != Variant::mapped_z && line.kind != Kind::gouraud;
-    walk({v, line.kind, false, reads, has_alpha(v), merges_plain(v, line)}, line);
+    draw_inside(v, line, masked() && (v != Variant::mapped || line.kind != Kind::colorized));
   }
 
  private:
@@ -254,9 +230,6 @@ class Drawer {
   KT_RGB32 color(const Line& line, std::size_t segment) const {
     if (line.colors.empty()) return r_.material->color;
     return line.colors[line.single_color ? 0 : segment];
-  }
-  bool merges_plain(Variant v, const Line& line) const {
-    return line.kind == Kind::flat && v == Variant::mapped && merge_on(state_, rendition_);
   }
   Line colored(const Line& line) const {
     return {Kind::colorized, line.points, {r_.material->color}, true};
@@ -371,22 +344,22 @@ class Drawer {
   void draw_dci_masked(Variant v, const Line& line) {
     // The plain routines of direct colour are the colorized ones.
     if (line.kind == Kind::flat && !is_mapped(v)) return draw_dci_masked(v, colored(line));
-    if (thin_only(line, true, !has_depth(v))) return;
-    if (merging_or_antialiased(v, line, true)) return;
-    const bool blends = v == Variant::rgb_alpha && line.kind == Kind::colorized;
-    walk({v, line.kind, true, false, blends, merges_plain(v, line)}, line);
+    if (!thin_only(line, true, !has_depth(v))) draw_inside(v, line, true);
   }
 
-  /// What the colorized routines without depth ask before they walk.
-  bool merging_or_antialiased(Variant v, const Line& line, bool masks) {
-    if (line.kind != Kind::colorized || has_depth(v) || is_mapped(v)) return false;
-    const bool merges = merge_on(state_, rendition_);
-    if (merges) walk({v, line.kind, masks, false, false, true}, line);
-    if (merges || !antialias_bit()) return merges;
-    std::vector<KT_RGB32> colors;
-    for (std::size_t j = 0; j + 1 < line.points.size(); ++j) colors.push_back(color(line, j));
-    draw_antialiased_run(state_, rendition_, line.points, colors, true);
-    return true;
+  /// A thin line inside the clip.
+  void draw_inside(Variant v, const Line& line, bool masks) {
+    const bool colorized = line.kind == Kind::colorized, plain = line.kind == Kind::flat;
+    const bool direct = colorized && (v == Variant::rgb || v == Variant::rgb_alpha);
+    const bool merges = (direct || (plain && v == Variant::mapped)) && merge_on(state_, rendition_);
+    if (direct && !merges && antialias_bit()) {
+      std::vector<KT_RGB32> colors;
+      for (std::size_t j = 0; j + 1 < line.points.size(); ++j) colors.push_back(color(line, j));
+      return draw_antialiased_run(state_, rendition_, line.points, colors, true);
+    }
+    const bool reads = !masks && v != Variant::mapped_z && line.kind != Kind::gouraud;
+    const bool blends = masks ? v == Variant::rgb_alpha && colorized : has_alpha(v);
+    walk({v, line.kind, masks, reads, blends, merges}, line);
   }
 
   /// All pixels of a list inside the clip.

@@ -31,7 +31,8 @@ struct Crossing {
 
 namespace stepper_detail {
 
-/// The rows of a slanted segment that are seen, the last one only up to `end_clipped`'s rule.
+/// The rows of a slanted segment that are seen. Where its end is not clipped, the last row is the
+/// end's, whose pixel is left to the next segment.
 struct Visible_Rows {
   std::int32_t first;
   std::int32_t last;

@@ -58,18 +58,9 @@ struct Source_Alpha {
   static Quad drawn(Quad source) { return ~is_transparent(source); }
 };
 
-/// The depth of four neighbouring pixels.
-class Quad_Ramp {
- public:
-  Quad_Ramp(Word at, Word step) : at_(Quad{0, 1, 2, 3} * step + at), step_(step * quad_size) {}
-
-  Quad depths() const { return (at_ >> Depth::fraction_bits) & 0xFFFFu; }
-  void advance() { at_ += step_; }
-
- private:
-  Quad at_;
-  Word step_;
-};
+Quad depths_of(const Quad_Steps& ramp) {
+  return (ramp.at() >> Depth::fraction_bits) & 0xFFFFu;
+}
 
 /// Pixels without depth.
 struct No_Depth {
@@ -112,16 +103,16 @@ struct Depth_Ramp {
   template <class Source, class Pixel>
   void draw(std::int32_t first, Pixel* to, std::uint16_t* depths, const Pixel* from,
             std::ptrdiff_t count) const {
-    Quad_Ramp ramp(at + as_word(first) * step, step);
+    Quad_Steps ramp(at + as_word(first) * step, step);
     for (; count >= quad_size; count -= quad_size) {
-      quad<Source>(Whole_Quad{}, to, depths, from, ramp.depths());
+      quad<Source>(Whole_Quad{}, to, depths, from, depths_of(ramp));
       ramp.advance();
       to += quad_size;
       depths += quad_size;
       from += quad_size;
     }
     if (count > 0) {
-      quad<Source>(Part_Of_Quad{static_cast<int>(count)}, to, depths, from, ramp.depths());
+      quad<Source>(Part_Of_Quad{static_cast<int>(count)}, to, depths, from, depths_of(ramp));
     }
   }
 

@@ -144,4 +144,22 @@ inline Quad blended_by_source(Quad old, Quad source) {
   return blue_red | (green << 8) | alpha;
 }
 
+/// A number that steps from pixel to pixel, of four neighbouring pixels.
+class Quad_Steps {
+ public:
+  // Multiples of 0 to 3 by masks: there is no fast vector product of words.
+  Quad_Steps(std::uint32_t at, std::uint32_t step) : step_(Quad{} + step * 4) {
+    const Quad steps = Quad{} + step;
+    at_ = (steps & Quad{0, ~0u, 0, ~0u}) + ((steps + steps) & Quad{0, 0, ~0u, ~0u}) + at;
+  }
+
+  Quad at() const { return at_; }
+  /// Goes on to the next four.
+  void advance() { at_ += step_; }
+
+ private:
+  Quad at_;
+  Quad step_;
+};
+
 }  // namespace zbuffer

@@ -1,17 +1,17 @@
-// The framework's two default material objects.
+// Material objects: the framework's two defaults, and those that a host makes.
 #include "host/material.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "host/rendition.h"
+#include "host/application.h"
 
 namespace {
 
 constexpr float shininess = 32;
 
-/// What both default materials have in common: no texture, and the light of a lamp beside the
-/// viewer, who looks along z.
+/// What all materials have in common: no texture, and the light of a lamp beside the viewer, who
+/// looks along z.
 class Default_Material : public KT_Material_Object {
  public:
   Default_Material() { std::fill_n(specular_color, 3, 1.0F); }
@@ -54,6 +54,35 @@ class Basic_Textured_Material final : public Default_Material {
   KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
 };
 
+class Image_Texture final : public KT_Texture_Source_Data {
+ public:
+  explicit Image_Texture(const KT_Shared_Image& image) : image_(image) {}
+  KT_Counted* clone() const override { return new Image_Texture(*this); }
+
+  KT_Shared_Image& image(KT_Shared_Image& result, int, int, int) override {
+    result = image_;
+    return result;
+  }
+
+ private:
+  KT_Shared_Image image_;
+};
+
+class Image_Material final : public Default_Material {
+ public:
+  explicit Image_Material(const KT_Texture_Source& texture) : texture_(texture) {}
+  KT_Counted* clone() const override { return new Image_Material(*this); }
+
+  KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
+  KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override {
+    result = texture_;
+    return result;
+  }
+
+ private:
+  KT_Texture_Source texture_;
+};
+
 }  // namespace
 
 KT_Texture_Source_Data::~KT_Texture_Source_Data() = default;
@@ -63,3 +92,24 @@ KT_Material_Object::~KT_Material_Object() = default;
 KT_Basic_Material::KT_Basic_Material() : KT_Handle(new Basic_Material) {}
 
 KT_Basic_Textured_Material::KT_Basic_Textured_Material() : KT_Handle(new Basic_Textured_Material) {}
+
+KT_Handle<KT_Material_Object> KD_Textured_Material(const KT_Shared_Image& image,
+                                                   std::uint32_t wrap_s, std::uint32_t wrap_t,
+                                                   bool modulate, bool standard_only) {
+  KT_Texture_Source texture(new Image_Texture(image));
+  texture->wrap_s = wrap_s;
+  texture->wrap_t = wrap_t;
+  texture->modulate = modulate;
+  texture->standard_only = standard_only;
+  return KT_Handle<KT_Material_Object>(new Image_Material(texture));
+}
+
+KT_Handle<KT_Material_Object> KD_Outlined_Material(std::int32_t width,
+                                                   const KT_RGB32& outline_color,
+                                                   const KT_RGB32& core_color) {
+  KT_Handle<KT_Material_Object> material(new Basic_Material);
+  material->outline_width = width;
+  material->outline_color = outline_color;
+  material->core_color = core_color;
+  return material;
+}

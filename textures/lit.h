@@ -97,12 +97,11 @@ struct Light_Tint {
   template <class Edge_Type>
   Running begin(const Span_Start& start, const Edge_Type& left, const Edge_Type& right) const {
     const auto diffuse = [&](std::size_t i) {
-      return Quad_Steps(between_edges(start, left[first_channel_lane + i],
-                                      right[first_channel_lane + i]));
+      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
     };
     const auto whole = [](float value) { return as_word(truncated(static_cast<double>(value))); };
     const auto specular = [&](std::size_t i) {
-      return Quad_Steps(between_edges(start, whole(left.specular(i)), whole(right.specular(i))));
+      return between_edges(start, whole(left.specular(i)), whole(right.specular(i)));
     };
     return {{diffuse(0), diffuse(1), diffuse(2)}, {specular(0), specular(1), specular(2)}};
   }

@@ -129,7 +129,7 @@ class Span {
                                     dress_.ink.row(y),
                                     frame_.color<Pixel>(y, run.x),
                                     frame_.depth(y, run.x),
-                                    Quad_Steps(z),
+                                    Quad_Steps(z.value, z.step),
                                     coordinate(start, left[u_lane], right[u_lane]),
                                     coordinate(start, left[v_lane], right[v_lane]),
                                     dress_.tint.begin(start, left, right)};
@@ -145,7 +145,7 @@ class Span {
   static Quad_Steps coordinate(const Span_Start& start, Word left, Word right) {
     const std::int32_t from = Position::whole_unsigned(left);
     const Word step = start.pixels.line_step(Position::whole_unsigned(right) - from);
-    return Quad_Steps({Position::at(from) + as_word(start.skipped) * step, step});
+    return {Position::at(from) + as_word(start.skipped) * step, step};
   }
 
   template <class Run, class Edge_Type>

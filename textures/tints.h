@@ -12,22 +12,8 @@
 
 namespace zbuffer::textures {
 
-/// A value that steps from pixel to pixel, of four neighbouring pixels.
-class Quad_Steps {
- public:
-  explicit Quad_Steps(Stepped from)
-      : at_(Quad{0, 1, 2, 3} * from.step + from.value), step_(Quad{} + from.step * Word{quad_size}) {}
-
-  Quad at() const { return at_; }
-  void advance() { at_ += step_; }
-
- private:
-  Quad at_;
-  Quad step_;
-};
-
 /// A value between two edges that goes on from the left edge with its fraction.
-inline Stepped between_edges(const Span_Start& start, Word left, Word right) {
+inline Quad_Steps between_edges(const Span_Start& start, Word left, Word right) {
   const Word step = start.pixels.span_step(wrapped_difference(as_signed(right), as_signed(left)));
   return {left + as_word(start.skipped) * step, step};
 }
@@ -99,8 +85,7 @@ struct Cube_Tint {
   template <class Edge>
   Running begin(const Span_Start& start, const Edge& left, const Edge& right) const {
     const auto channel = [&](std::size_t i) {
-      return Quad_Steps(between_edges(start, left[first_channel_lane + i],
-                                      right[first_channel_lane + i]));
+      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
     };
     return {channel(0), channel(1), channel(2)};
   }
@@ -185,8 +170,7 @@ struct Direct_Tint {
   template <class Edge>
   Running begin(const Span_Start& start, const Edge& left, const Edge& right) const {
     const auto channel = [&](std::size_t i) {
-      return Quad_Steps(between_edges(start, left[first_channel_lane + i],
-                                      right[first_channel_lane + i]));
+      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
     };
     const Color_Running color{channel(0), channel(1), channel(2)};
     if constexpr (has_alpha) {

@@ -13,11 +13,11 @@ namespace stand_in {
 
 template <KT_Action action>
 struct Standard_Of;
-#define KORVEL_STANDARD_OF(action_name, signature)                             \
-  template <>                                                                  \
-  struct Standard_Of<KT_Action::action_name> {                                 \
-    static constexpr const char* name = "KD_Standard_" #action_name;           \
-    static signature* routine() { return &KD_Standard_##action_name; }         \
+#define KORVEL_STANDARD_OF(action_name, signature)                     \
+  template <>                                                          \
+  struct Standard_Of<KT_Action::action_name> {                         \
+    static constexpr const char* name = "KD_Standard_" #action_name;   \
+    static signature* routine() { return &KD_Standard_##action_name; } \
   };
 KORVEL_STANDARD_ACTIONS(KORVEL_STANDARD_OF)
 #undef KORVEL_STANDARD_OF

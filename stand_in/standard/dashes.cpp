@@ -7,12 +7,13 @@ namespace stand_in {
 namespace {
 
 constexpr Dash_Pattern patterns[] = {
-    {2, {8, 4}},         {2, {1, 3}}, {4, {8, 3, 1, 3}},  {6, {8, 3, 1, 3, 1, 3}},
-    {2, {16, 6}},        {2, {1, 7}}, {4, {16, 3, 4, 3}}, {6, {16, 3, 4, 3, 4, 3}},
+    {2, {8, 4}},  {2, {1, 3}}, {4, {8, 3, 1, 3}},  {6, {8, 3, 1, 3, 1, 3}},
+    {2, {16, 6}}, {2, {1, 7}}, {4, {16, 3, 4, 3}}, {6, {16, 3, 4, 3, 4, 3}},
 };
 constexpr int pattern_count = static_cast<int>(std::size(patterns));
 
-/// Narrows the parts of the way `first` to `last` to those with `low` <= from + part * way <= `high`.
+/// Narrows the parts of the way `first` to `last` to those with `low` <= from + part * way <=
+/// `high`.
 bool narrow(double from, double way, double low, double high, double& first, double& last) {
   if (way == 0) return from >= low && from <= high;
   const double a = (low - from) / way;

@@ -29,8 +29,8 @@ class Dash_Cutter {
   using Emit = std::function<void(std::span<const Vertex>, Piece_Ends)>;
 
   /// Pieces beyond `clip` by more than `margin` need not be made. `unit` is in pixels.
-  Dash_Cutter(const Dash_Pattern& pattern, double unit, const KT_Int_Rectangle& clip,
-              double margin, Coloring coloring, Emit emit);
+  Dash_Cutter(const Dash_Pattern& pattern, double unit, const KT_Int_Rectangle& clip, double margin,
+              Coloring coloring, Emit emit);
 
   /// The next segment of the line; `length` is what it counts.
   void segment(const Vertex& from, const Vertex& to, double length);
@@ -53,9 +53,9 @@ class Dash_Cutter {
   double margin_;
   Coloring coloring_;
   Emit emit_;
-  double position_ = 0;          // counted length up to the present segment
-  std::vector<Vertex> piece_;    // the dash at hand; empty: none
-  Range reach_ = {0, 0};         // of the dash at hand
+  double position_ = 0;        // counted length up to the present segment
+  std::vector<Vertex> piece_;  // the dash at hand; empty: none
+  Range reach_ = {0, 0};       // of the dash at hand
 };
 
 }  // namespace stand_in

@@ -33,7 +33,9 @@ constexpr Is_Drawn hatches[] = {
       return square >= 18 && square < 32;
     },
     [](int x, int y) { return (y + from_centre(x)) % 8 == 0; },
-    [](int x, int y) { return y % 8 == (from_centre(x) < 2 ? 3 : from_centre(x) < 6 ? 1 : 0); },
+    [](int x, int y) {
+      return y % 8 == (from_centre(x) < 2 ? 3 : from_centre(x) < 6 ? 1 : 0);
+    },
     [](int x, int y) { return from_centre(x) + from_centre(y) < 6; },
 };
 constexpr std::size_t hatch_count = std::size(hatches);

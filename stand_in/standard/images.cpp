@@ -63,8 +63,8 @@ void KD_Standard_Draw_DCI_RGB32_Image(KT_Renderer_Data* renderer, const KT_Rendi
                                       int stride, const KT_RGB32* pixels, int number,
                                       const KT_Packing* packing) {
   if (!stand_in::is_mapped(*renderer)) {
-    return stand_in::call_own<KT_Action::Draw_DCI_RGB32_Image>(
-        *renderer, rendition, start, end, stride, pixels, number, packing);
+    return stand_in::call_own<KT_Action::Draw_DCI_RGB32_Image>(*renderer, rendition, start, end,
+                                                               stride, pixels, number, packing);
   }
   stand_in::Row_Painter painter(*renderer, rendition);
   const std::size_t width = stand_in::width_of(*renderer, *start, *end);

@@ -74,8 +74,8 @@ std::vector<KT_DCI_Point> pixels_of(const KT_DCI_Point& middle,
 void draw_pixels(const KT_Renderer_Data& renderer, const KT_Rendition& rendition,
                  const std::vector<KT_DCI_Point>& pixels) {
   if (is_own<KT_Action::Draw_2DI_Polymarker>(renderer)) {
-    return call_own<KT_Action::Draw_2DI_Polymarker>(
-        renderer, rendition, static_cast<int>(pixels.size()), pixels.data());
+    return call_own<KT_Action::Draw_2DI_Polymarker>(renderer, rendition,
+                                                    static_cast<int>(pixels.size()), pixels.data());
   }
   for (const KT_DCI_Point& pixel : pixels) {
     call<KT_Action::Draw_DCI_Dot>(renderer, rendition, &pixel, nullptr);
@@ -111,6 +111,6 @@ void KD_Standard_Draw_DCI_Dot(KT_Renderer_Data* renderer, const KT_Rendition& re
                                                             &index);
   }
   const KT_RGB32 given = color != nullptr ? *color : rendition->material->color;
-  stand_in::call<KT_Action::Draw_DCI_RGB32_Image>(*renderer, rendition, point, point, 4, &given,
-                                                  0, nullptr);
+  stand_in::call<KT_Action::Draw_DCI_RGB32_Image>(*renderer, rendition, point, point, 4, &given, 0,
+                                                  nullptr);
 }

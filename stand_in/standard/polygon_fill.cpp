@@ -78,9 +78,8 @@ void fill_shaded(const Line_Job& job, const std::vector<Vertex>& outline) {
     points.push_back(float_point(v));
     colors.push_back(v.color);
   }
-  call<KT_Action::Draw_2D_Gouraud_Polytriangle>(job.renderer, job.rendition,
-                                                static_cast<int>(points.size()), points.data(),
-                                                colors.data());
+  call<KT_Action::Draw_2D_Gouraud_Polytriangle>(
+      job.renderer, job.rendition, static_cast<int>(points.size()), points.data(), colors.data());
 }
 
 }  // namespace

@@ -43,8 +43,7 @@ template <class Triangles>
 void draw_triangulated(const Triangles& triangles, int count, const KT_Point* points) {
   KT_Contour_Set contour(count, points, false);
   contour->force_projection({0, 0, 1});
-  const auto draw_one = [](const KT_Point* a, const KT_Point* b, const KT_Point* c,
-                           void* context) {
+  const auto draw_one = [](const KT_Point* a, const KT_Point* b, const KT_Point* c, void* context) {
     const KT_Point corners[3] = {*a, *b, *c};
     static_cast<const Triangles*>(context)->draw(3, corners);
   };
@@ -86,24 +85,24 @@ void draw_polygon(const KT_Renderer_Data* renderer, const KT_Rendition& renditio
 
 void KD_Standard_Draw_2D_Polygon(KT_Renderer_Data* renderer, const KT_Rendition& rendition,
                                  int count, const KT_Point* points, const KT_RGB32* color) {
-  stand_in::draw_polygon<KT_Action::Draw_2D_Polygon, stand_in::Triangles_2D>(
-      renderer, rendition, count, points, color);
+  stand_in::draw_polygon<KT_Action::Draw_2D_Polygon, stand_in::Triangles_2D>(renderer, rendition,
+                                                                             count, points, color);
 }
 
 void KD_Standard_Draw_DC_Polygon(KT_Renderer_Data* renderer, const KT_Rendition& rendition,
                                  int count, const KT_Point* points, const KT_RGB32* color) {
-  stand_in::draw_polygon<KT_Action::Draw_DC_Polygon, stand_in::Triangles_DC>(
-      renderer, rendition, count, points, color);
+  stand_in::draw_polygon<KT_Action::Draw_DC_Polygon, stand_in::Triangles_DC>(renderer, rendition,
+                                                                             count, points, color);
 }
 
 void KD_Standard_Draw_2DI_Polygon(KT_Renderer_Data* renderer, const KT_Rendition& rendition,
                                   int count, const KT_DCI_Point* points, const KT_RGB32* color) {
-  stand_in::draw_polygon<KT_Action::Draw_2DI_Polygon, stand_in::Triangles_2D>(
-      renderer, rendition, count, points, color);
+  stand_in::draw_polygon<KT_Action::Draw_2DI_Polygon, stand_in::Triangles_2D>(renderer, rendition,
+                                                                              count, points, color);
 }
 
 void KD_Standard_Draw_DCI_Polygon(KT_Renderer_Data* renderer, const KT_Rendition& rendition,
                                   int count, const KT_DCI_Point* points, const KT_RGB32* color) {
-  stand_in::draw_polygon<KT_Action::Draw_DCI_Polygon, stand_in::Triangles_DC>(
-      renderer, rendition, count, points, color);
+  stand_in::draw_polygon<KT_Action::Draw_DCI_Polygon, stand_in::Triangles_DC>(renderer, rendition,
+                                                                              count, points, color);
 }

@@ -31,12 +31,10 @@ struct Thin_Actions {
   }
 };
 
-using Thin_2DI =
-    Thin_Actions<KT_Action::Draw_2DI_Polyline, KT_Action::Draw_2DI_Colorized_Polyline,
-                 KT_Action::Draw_2DI_Gouraud_Polyline>;
-using Thin_DCI =
-    Thin_Actions<KT_Action::Draw_DCI_Polyline, KT_Action::Draw_DCI_Colorized_Polyline,
-                 KT_Action::Draw_DCI_Gouraud_Polyline>;
+using Thin_2DI = Thin_Actions<KT_Action::Draw_2DI_Polyline, KT_Action::Draw_2DI_Colorized_Polyline,
+                              KT_Action::Draw_2DI_Gouraud_Polyline>;
+using Thin_DCI = Thin_Actions<KT_Action::Draw_DCI_Polyline, KT_Action::Draw_DCI_Colorized_Polyline,
+                              KT_Action::Draw_DCI_Gouraud_Polyline>;
 
 /// A call of any of the actions.
 struct Polyline {
@@ -51,8 +49,8 @@ struct Polyline {
     std::vector<Vertex> all;
     for (int n = 0; n < count; ++n) {
       const KT_DCI_Point& p = points[n];
-      all.push_back({static_cast<double>(p.x), static_cast<double>(p.y),
-                     static_cast<double>(p.z), color_of(n)});
+      all.push_back({static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z),
+                     color_of(n)});
     }
     return all;
   }
@@ -60,10 +58,14 @@ struct Polyline {
  private:
   KT_RGB32 color_of(int n) const {
     switch (coloring) {
-      case Coloring::single: return colors[0];
-      case Coloring::by_segment: return colors[std::min(n, count - 2)];
-      case Coloring::by_point: return colors[n];
-      default: return {};
+      case Coloring::single:
+        return colors[0];
+      case Coloring::by_segment:
+        return colors[std::min(n, count - 2)];
+      case Coloring::by_point:
+        return colors[n];
+      default:
+        return {};
     }
   }
 };
@@ -189,16 +191,16 @@ void KD_Standard_Draw_2DI_Colorized_Polyline(KT_Renderer_Data* renderer,
                                              const KT_Rendition& rendition, int count,
                                              const KT_DCI_Point* points, const KT_RGB32* colors,
                                              bool single_color) {
-  stand_in::draw<stand_in::Thin_2DI>({*renderer, rendition, count, points,
-                                      stand_in::coloring_of(colors, single_color), colors});
+  stand_in::draw<stand_in::Thin_2DI>(
+      {*renderer, rendition, count, points, stand_in::coloring_of(colors, single_color), colors});
 }
 
 void KD_Standard_Draw_DCI_Colorized_Polyline(KT_Renderer_Data* renderer,
                                              const KT_Rendition& rendition, int count,
                                              const KT_DCI_Point* points, const KT_RGB32* colors,
                                              bool single_color) {
-  stand_in::draw<stand_in::Thin_DCI>({*renderer, rendition, count, points,
-                                      stand_in::coloring_of(colors, single_color), colors});
+  stand_in::draw<stand_in::Thin_DCI>(
+      {*renderer, rendition, count, points, stand_in::coloring_of(colors, single_color), colors});
 }
 
 void KD_Standard_Draw_2DI_Gouraud_Polyline(KT_Renderer_Data* renderer,

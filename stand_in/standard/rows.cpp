@@ -32,8 +32,8 @@ std::uint8_t Indexer::index(KT_RGB32 color, int x, int y) const {
   if (!palette_) return grey_level(color);
   const KT_Color_Cube* cube = palette_->color_cube;
   if (cube == nullptr) return static_cast<std::uint8_t>(palette_.closest_match(color, false));
-  const auto cell = static_cast<unsigned>(y - origin_.y) % 8 * 8 +
-                    static_cast<unsigned>(x - origin_.x) % 8;
+  const auto cell =
+      static_cast<unsigned>(y - origin_.y) % 8 * 8 + static_cast<unsigned>(x - origin_.x) % 8;
   const std::int32_t threshold = SHARED.dither_table[cell];
   return static_cast<std::uint8_t>(
       cube->base_index + cube->red_stride * cube_step(color.red, cube->red_scale, threshold) +
@@ -74,9 +74,9 @@ void Row_Painter::draw_stretch(const Color_Row& row, std::size_t first, std::siz
   const KT_DCI_Point from = {row.x + static_cast<int>(first), row.y, depth_at(row, first)};
   const KT_DCI_Point to = {from.x + count - 1, row.y, depth_at(row, end - 1)};
   if (!is_mapped_) {
-    return call_own<KT_Action::Draw_DCI_RGB32_Image>(
-        renderer_, rendition_, &from, &to, count * static_cast<int>(sizeof(KT_RGB32)),
-        row.colors.data() + first, 0, nullptr);
+    return call_own<KT_Action::Draw_DCI_RGB32_Image>(renderer_, rendition_, &from, &to,
+                                                     count * static_cast<int>(sizeof(KT_RGB32)),
+                                                     row.colors.data() + first, 0, nullptr);
   }
   indices_.clear();
   for (int n = 0; n < count; ++n) {

@@ -67,8 +67,8 @@ void Stroke::draw(std::span<const Vertex> line, Piece_Ends ends) {
   };
   const End first = closed ? End{&corners[segments - 1], 0}
                            : End{nullptr, reach_of(ends.first, first_end_style_)};
-  const End last = closed ? End{&corners[segments - 1], 0}
-                          : End{nullptr, reach_of(ends.last, last_end_style_)};
+  const End last =
+      closed ? End{&corners[segments - 1], 0} : End{nullptr, reach_of(ends.last, last_end_style_)};
   for (std::size_t n = 0; n < segments; ++n) {
     draw_segment(places[n], places[n + 1], ways[n], n > 0 ? End{&corners[n - 1], 0} : first,
                  n + 1 < segments ? End{&corners[n], 0} : last);

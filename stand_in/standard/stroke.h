@@ -33,11 +33,11 @@ class Stroke {
   /// The corner between two segments.
   struct Corner {
     Direction from, to;
-    double cosine = 1;     // of the turn
-    int inner_side = 0;    // 1: the line turns left, -1: right
-    double inner_x = 0;    // from the line's point to the inner corner
+    double cosine = 1;   // of the turn
+    int inner_side = 0;  // 1: the line turns left, -1: right
+    double inner_x = 0;  // from the line's point to the inner corner
     double inner_y = 0;
-    bool is_cut = false;   // both segments are long enough for the inner corner
+    bool is_cut = false;  // both segments are long enough for the inner corner
   };
   struct End {
     const Corner* corner = nullptr;  // null: an end of the line

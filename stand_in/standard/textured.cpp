@@ -2,6 +2,7 @@
 // texels, vertex colours and light, which renderers leave to the framework.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "stand_in/rounding.h"
 #include "stand_in/standard/calls.h"
@@ -94,8 +95,9 @@ class Textured_Strip {
         has_w_(call.w != nullptr && (call.rendition->misc_attributes->texture_options &
                                      KT_Misc_Attributes::perspective_bit) != 0),
         rendition_(row_rendition(call.rendition)),
-        light_(call.rendition),
-        triangles_(call.renderer, rendition_, texture, is_colored_ || is_lit_) {}
+        triangles_(call.renderer, rendition_, texture, is_colored_ || is_lit_) {
+    if (is_lit_) light_.emplace(call.rendition);
+  }
 
   void draw() {
     Corner a = corner(0);
@@ -121,7 +123,7 @@ class Textured_Strip {
     made.carried[Carried::t] = static_cast<double>(parameter.t);
     const KT_RGB32 color = is_colored_ ? call_.colors[n] : KT_RGB32{255, 255, 255, 255};
     if (is_lit_) {
-      light_.enter(made.carried, color, call_.vectors[n]);
+      light_->enter(made.carried, color, call_.vectors[n]);
     } else if (is_colored_) {
       enter_color(made.carried, color);
     }
@@ -131,7 +133,7 @@ class Textured_Strip {
   /// Points at or behind the eye have no perspective; their triangles are drawn straight.
   void draw_triangle(int first, Corner a, Corner b, Corner c) {
     const auto is_good = [](float w) { return std::isfinite(w) && w > 0; };
-    const float* w = call_.w + first;
+    const float* w = has_w_ ? call_.w + first : nullptr;
     if (has_w_ && std::all_of(w, w + 3, is_good)) {
       divide(a, w[0]);
       divide(b, w[1]);
@@ -151,7 +153,7 @@ class Textured_Strip {
   bool is_lit_;
   bool has_w_;
   KT_Rendition rendition_;
-  Point_Light light_;
+  std::optional<Point_Light> light_;
   Textured_Triangles triangles_;
 };
 
@@ -162,22 +164,23 @@ void draw_textured(const Textured_Call<Point>& of) {
   if (of.count < 3) return;
   if (texture && of.parameters != nullptr) return Textured_Strip<Point>(of, texture).draw();
   const KT_Rendition rendition = with_drawable_pattern(of.rendition);
-  if (of.colors != nullptr) return call<gouraud>(of.renderer, rendition, of.count, of.points, of.colors);
+  if (of.colors != nullptr)
+    return call<gouraud>(of.renderer, rendition, of.count, of.points, of.colors);
   call<plain>(of.renderer, rendition, of.count, of.points);
 }
 
 }  // namespace
 }  // namespace stand_in
 
-#define DRAW_TEXTURED(layer, Point)                                                             \
-  void KD_Standard_Draw_##layer##_Textured_Polytriangle(                                        \
-      KT_Renderer_Data* renderer, const KT_Rendition& rendition, int count,                     \
-      const Point* points, const KT_RGB32* colors, const KT_Parameter* parameters,              \
-      int parameter_width, const float* extra_floats, const KT_Vector* vectors) {               \
-    stand_in::draw_textured<KT_Action::Draw_##layer##_Polytriangle,                             \
-                            KT_Action::Draw_##layer##_Gouraud_Polytriangle, Point>(             \
-        {*renderer, rendition, count, points, colors, parameters, parameter_width,              \
-         extra_floats, vectors});                                                               \
+#define DRAW_TEXTURED(layer, Point)                                                              \
+  void KD_Standard_Draw_##layer##_Textured_Polytriangle(                                         \
+      KT_Renderer_Data* renderer, const KT_Rendition& rendition, int count, const Point* points, \
+      const KT_RGB32* colors, const KT_Parameter* parameters, int parameter_width,               \
+      const float* extra_floats, const KT_Vector* vectors) {                                     \
+    stand_in::draw_textured<KT_Action::Draw_##layer##_Polytriangle,                              \
+                            KT_Action::Draw_##layer##_Gouraud_Polytriangle, Point>(              \
+        {*renderer, rendition, count, points, colors, parameters, parameter_width, extra_floats, \
+         vectors});                                                                              \
   }
 
 DRAW_TEXTURED(2D, KT_Point)

@@ -10,9 +10,10 @@
 namespace stand_in {
 namespace {
 
-Carried between(const Carried& from, const Carried& to, double part) {
+Carried between(const Carried& from, const Carried& to, double part,
+                std::size_t lane_count = Carried::lane_count) {
   Carried result;
-  for (std::size_t n = 0; n < result.lanes.size(); ++n) {
+  for (std::size_t n = 0; n < lane_count; ++n) {
     result.lanes[n] = from.lanes[n] + (to.lanes[n] - from.lanes[n]) * part;
   }
   return result;
@@ -39,16 +40,17 @@ Row_Pattern::Row_Pattern(const KT_Rendition& rendition, KT_Int_XY origin)
   const KT_Misc_Attributes& misc = *rendition->misc_attributes;
   is_inverted_ = (misc.pattern_options & KT_Misc_Attributes::inverted_pattern_bit) != 0;
   is_opaque_ = (misc.pattern_options & KT_Misc_Attributes::opaque_pattern_bit) != 0;
-  is_solid_ = pattern_.pattern_width < 1 || pattern_.pattern_height < 1 ||
-              (rendition->face_attributes->face_pattern == KT_Face_Attributes::solid &&
-               !is_inverted_);
+  is_solid_ =
+      pattern_.pattern_width < 1 || pattern_.pattern_height < 1 ||
+      (rendition->face_attributes->face_pattern == KT_Face_Attributes::solid && !is_inverted_);
   origin_ = {misc.pattern_origin.x + origin.x, misc.pattern_origin.y + origin.y};
 }
 
 void Row_Pattern::apply(int x, int y, std::vector<KT_RGB32>& colors,
                         std::vector<std::uint8_t>& visible) const {
   const std::int32_t line = remainder_of(std::int64_t{y} - origin_.y, pattern_.pattern_height);
-  const std::uint8_t* bits = pattern_.pattern_bits + std::ptrdiff_t{line} * pattern_.pattern_row_bytes;
+  const std::uint8_t* bits =
+      pattern_.pattern_bits + std::ptrdiff_t{line} * pattern_.pattern_row_bytes;
   std::int32_t column = remainder_of(std::int64_t{x} - origin_.x, pattern_.pattern_width);
   for (std::size_t n = 0; n < colors.size(); ++n) {
     const bool is_set = (bits[column / 8] >> column % 8 & 1) != 0;
@@ -67,9 +69,7 @@ struct Textured_Triangles::Edge {
   double part(int y) const {
     return (static_cast<double>(y) - low.at.y) / (static_cast<double>(high.at.y) - low.at.y);
   }
-  double x(int y) const {
-    return low.at.x + (static_cast<double>(high.at.x) - low.at.x) * part(y);
-  }
+  double x(int y) const { return low.at.x + (static_cast<double>(high.at.x) - low.at.x) * part(y); }
   Carried carried(int y) const { return between(low.carried, high.carried, part(y)); }
 };
 
@@ -114,8 +114,10 @@ void Textured_Triangles::draw_row(int y, double left, const Carried& from, doubl
 
   colors_.resize(static_cast<std::size_t>(count));
   visible_.assign(colors_.size(), 1);
+  const std::size_t lane_count = is_lit_ ? Carried::lane_count : Carried::first_of_light;
   for (std::size_t n = 0; n < colors_.size(); ++n) {
-    put_texel(between(from, to, (seen_first - first + static_cast<double>(n)) / width), n);
+    const double part = (seen_first - first + static_cast<double>(n)) / width;
+    put_texel(between(from, to, part, lane_count), n);
   }
   const int x = static_cast<int>(seen_first);
   if (!pattern_.is_solid()) pattern_.apply(x, y, colors_, visible_);

@@ -22,7 +22,8 @@ struct Carried {
     unit,  ///< one over w
     s,
     t,
-    blue,  ///< what texels are multiplied by, four channels
+    first_of_light,
+    blue = first_of_light,  ///< what texels are multiplied by, four channels
     green,
     red,
     alpha,

@@ -23,7 +23,7 @@ void report_undrawn(const char* routine) {
   undrawn_count.fetch_add(1, std::memory_order_relaxed);
   const std::lock_guard lock(mutex);
   if (reported.insert(routine).second) {
-    std::fprintf(stderr, "korvel12: %s is not drawn by this stand-in yet\n", routine);
+    std::fprintf(stderr, "korvel12: %s found no action of the renderer to draw with\n", routine);
   }
 }
 

@@ -14,7 +14,7 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   std::string error;
   if (!module_.load(TEST_MODULE, error)) throw std::runtime_error(error);
   handle_ = module_.make_renderer(configuration.source);
-  const auto& [variant, size, origin, use_mask, padding, source] = configuration;
+  const auto& [variant, size, origin, use_mask, force_merge, padding, source] = configuration;
   const bool mapped = zbuffer::is_mapped(variant);
   color.reset(
       new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));
@@ -26,6 +26,7 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   options().set_palette(KD_Cube_Palette());
   option(L"Color Buffer").set(KT_Option_Value(static_cast<const KT_Counted*>(color.get())));
   option(L"Use Mask").set(KT_Option_Value(use_mask));
+  option(L"Force Merge Control On").set(KT_Option_Value(force_merge));
   establish();
   rendition =
       KD_Default_Rendition({origin.x, origin.x + size.x - 1, origin.y, origin.y + size.y - 1});

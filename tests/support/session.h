@@ -20,6 +20,7 @@ struct Configuration {
   KT_Int_XY size{12, 8};
   KT_Int_XY origin{};
   bool use_mask = false;
+  bool force_merge = false;
   int padding = 3;                           ///< guard pixels behind each row
   const KT_Renderer_Data* source = nullptr;  ///< the renderer it is built from
 };
@@ -57,6 +58,8 @@ class Session {
 
   /// Makes every pixel untouched: a colour of alpha 77 or index 238, and `depth_value`.
   void clear(std::uint32_t depth_value = 0xFFFF);
+  /// What a pixel of the rendition's colour holds.
+  std::uint32_t own_color() const { return legend().at('#'); }
   /// '#': pixels of the rendition's colour, '+': of its contrast colour.
   Legend legend() const;
 
