@@ -120,7 +120,9 @@ TEST(Markers, AreSixteenPicturesRoundTheirPoint) {
           const bool in_box = std::max(std::abs(x - 20), std::abs(y - 20)) <= 4;
           const auto place = static_cast<std::size_t>(y * 48 + x);
           ASSERT_TRUE(in_box || !picture[place]) << symbol << " at " << x << ", " << y;
-          if (picture[place]) ASSERT_EQ(session.color->at(x, y), session.own_color());
+          if (picture[place]) {
+            ASSERT_EQ(session.color->at(x, y), session.own_color());
+          }
         }
       }
       EXPECT_GT(count_of(picture), 7) << symbol;

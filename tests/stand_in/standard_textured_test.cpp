@@ -9,13 +9,13 @@
 namespace {
 
 using support::Session;
-using support::Setup;
+using support::Configuration;
 using support::Variant;
 
 constexpr KT_Int_XY size = {48, 40};
 
-Setup setup_of(Variant variant) {
-  Setup setup;
+Configuration setup_of(Variant variant) {
+  Configuration setup;
   setup.variant = variant;
   setup.size = size;
   return setup;
@@ -84,7 +84,9 @@ TEST(Textured, FacesShowTheTexelsOfTheirPlaces) {
         if (!inside) continue;
         ASSERT_EQ(pixel(session, x, y).red, x - 4) << x << ", " << y;
         ASSERT_EQ(pixel(session, x, y).green, y - 3) << x << ", " << y;
-        if (session.depth) ASSERT_EQ(session.depth->at(x, y), 100U);
+        if (session.depth) {
+          ASSERT_EQ(session.depth->at(x, y), 100U);
+        }
       }
     }
   }

@@ -14,7 +14,7 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   std::string error;
   if (!module_.load(TEST_MODULE, error)) throw std::runtime_error(error);
   handle_ = module_.make_renderer(configuration.source);
-  const auto& [variant, size, origin, use_mask, force_merge, padding, source] = configuration;
+  const auto& [variant, size, origin, use_mask, force_merge, palette, padding, source] = configuration;
   const bool mapped = zbuffer::is_mapped(variant);
   color.reset(
       new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));
@@ -23,7 +23,7 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   options().set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
   options().set_buffer_depth(zbuffer::has_depth(variant) ? 16 : 0);
   options().set_alpha_blending(zbuffer::is_alpha(variant));
-  options().set_palette(KD_Cube_Palette());
+  options().set_palette(palette);
   option(L"Color Buffer").set(KT_Option_Value(static_cast<const KT_Counted*>(color.get())));
   option(L"Use Mask").set(KT_Option_Value(use_mask));
   option(L"Force Merge Control On").set(KT_Option_Value(force_merge));

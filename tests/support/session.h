@@ -21,6 +21,7 @@ struct Configuration {
   KT_Int_XY origin{};
   bool use_mask = false;
   bool force_merge = false;
+  KT_Palette palette = KD_Cube_Palette();
   int padding = 3;                           ///< guard pixels behind each row
   const KT_Renderer_Data* source = nullptr;  ///< the renderer it is built from
 };
