@@ -110,17 +110,15 @@ void Stroke::draw_segment(const Vertex& from, const Vertex& to, const Direction&
                           End end) {
   Vertex last = to;
   if (job_.coloring != Coloring::by_point) last.color = from.color;
-  // Seen backwards, the left side is the right one.
   const Direction back = {-along.x, -along.y, along.length};
-  if (start.shares_centre()) add(from, 0, 0);
+  // Counter-clockwise from the left of the start; seen backwards, the left side is the right one.
   add_side(from, back, start, -1);
-  add_side(last, along, end, 1);
-  if (end.shares_centre()) add(last, 0, 0);
-  add_side(last, along, end, -1);
+  if (start.shares_centre()) add(from, 0, 0);
   add_side(from, back, start, 1);
-  if (!start.shares_centre() && !end.shares_centre()) return fill();
-  if (!start.shares_centre()) std::rotate(outline_.begin(), outline_.begin() + 2, outline_.end());
-  fill_fan();
+  add_side(last, along, end, -1);
+  if (end.shares_centre()) add(last, 0, 0);
+  add_side(last, along, end, 1);
+  fill();
 }
 
 /// One side's corner of a segment at one of its ends; `along` leads out of the segment there, and
@@ -146,8 +144,6 @@ void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
   }
   add(at, 0, 0);
   add(at, -corner.from.y * outward, corner.from.x * outward);
-  add(at, 0, 0);
-  add(at, -corner.from.y * outward, corner.from.x * outward);
   // The tip's distance is the half width over the cosine of half the turn.
   const double half_turn_square = (1 + corner.cosine) / 2;
   if (corner_style_ != KT_Line_Style::bevelled_corner &&
@@ -156,7 +152,7 @@ void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
     add(at, -(corner.from.y + corner.to.y) * scale, (corner.from.x + corner.to.x) * scale);
   }
   add(at, -corner.to.y * outward, corner.to.x * outward);
-  fill_fan();
+  fill();
 }
 
 void Stroke::draw_cap(const Vertex& at, const Direction& outward) {
@@ -174,16 +170,22 @@ void Stroke::draw_dot(const Vertex& at) {
   fill();
 }
 
-/// A sector of a disc.
+/// A sector of a disc, in slices that are convex and of few points.
 void Stroke::draw_arc(const Vertex& center, double from_angle, double turn) {
-  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.25));
-  const int steps = std::max(static_cast<int>(std::ceil(std::abs(turn) / finest)), 1);
-  add(center, 0, 0);
-  for (int step = 0; step <= steps; ++step) {
-    const double angle = from_angle + turn * step / steps;
-    add(center, half_width_ * std::cos(angle), half_width_ * std::sin(angle));
+  constexpr int steps_a_slice = 16;
+  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.5));
+  const int least = static_cast<int>(std::ceil(std::abs(turn) / std::min(finest, 0.5)));
+  const int slices = std::max(least / steps_a_slice + 1, static_cast<int>(std::abs(turn)) + 1);
+  const int steps = std::max(least / slices + 1, 1);
+  for (int slice = 0; slice < slices; ++slice) {
+    add(center, 0, 0);
+    for (int step = 0; step <= steps; ++step) {
+      const double part = static_cast<double>(slice * steps + step) / (slices * steps);
+      const double angle = from_angle + turn * part;
+      add(center, half_width_ * std::cos(angle), half_width_ * std::sin(angle));
+    }
+    fill();
   }
-  fill_fan();
 }
 
 void Stroke::add(const Vertex& at, double x, double y) {
@@ -192,17 +194,6 @@ void Stroke::add(const Vertex& at, double x, double y) {
 
 void Stroke::fill() {
   fill_convex(job_, outline_);
-  outline_.clear();
-}
-
-// A triangle each from the first place on: with its corners rounded to pixels, an outline that is
-// nearly straight somewhere need not be convex any more.
-void Stroke::fill_fan() {
-  std::vector<Vertex> triangle;
-  for (std::size_t n = 1; n + 1 < outline_.size(); ++n) {
-    triangle = {outline_[0], outline_[n], outline_[n + 1]};
-    fill_convex(job_, triangle);
-  }
   outline_.clear();
 }
 

@@ -57,7 +57,6 @@ class Stroke {
   void draw_arc(const Vertex& center, double from_angle, double turn);
   void add(const Vertex& at, double x, double y);
   void fill();
-  void fill_fan();
 
   const Line_Job& job_;
   double half_width_;
