@@ -49,7 +49,8 @@ Vertex point_on(const Vertex& a, const Vertex& b, double t, int side, const KT_I
     return c + (channel(b.color, k) - c) * t;
   });
   p.parameter = from_components([&](float KT_Parameter::*of) {
-    return a.parameter.*of + (b.parameter.*of - a.parameter.*of) * t;
+    const double from = a.parameter.*of;
+    return from + (b.parameter.*of - from) * t;
   });
   if (side == left || side == right) {
     p.x = side == left ? r.left : r.right;
@@ -184,12 +185,12 @@ std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
     };
     return {x, y, p[0].z + (x - p[0].x) * dz.dx + (y - p[0].y) * dz.dy, from_channels([&](int k) {
               const int base = channel(p[0].color, k);
-              return std::clamp(from_base(base, channel(p[1].color, k) - base,
-                                          channel(p[2].color, k) - base),
-                                0.0, 255.0);
+              return std::clamp(
+                  from_base(base, channel(p[1].color, k) - base, channel(p[2].color, k) - base),
+                  0.0, 255.0);
             }),
             from_components([&](float KT_Parameter::*of) {
-              const float base = p[0].parameter.*of;
+              const double base = p[0].parameter.*of;
               return from_base(base, p[1].parameter.*of - base, p[2].parameter.*of - base);
             })};
   };

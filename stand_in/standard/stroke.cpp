@@ -111,14 +111,22 @@ void Stroke::draw_segment(const Vertex& from, const Vertex& to, const Direction&
   Vertex last = to;
   if (job_.coloring != Coloring::by_point) last.color = from.color;
   const Direction back = {-along.x, -along.y, along.length};
-  // Counter-clockwise from the left of the start; seen backwards, the left side is the right one.
-  add_side(from, back, start, -1);
-  if (start.shares_centre()) add(from, 0, 0);
-  add_side(from, back, start, 1);
-  add_side(last, along, end, -1);
-  if (end.shares_centre()) add(last, 0, 0);
-  add_side(last, along, end, 1);
-  fill();
+  // What has a vertex at the line's point goes by halves, so that each is convex. Seen backwards,
+  // the left side is the right one.
+  const bool is_halved = start.shares_centre() || end.shares_centre();
+  for (int side : {-1, 1}) {
+    add_side(from, back, start, -side);
+    if (is_halved) {
+      add(from, back.x * start.reach, back.y * start.reach);
+      add(last, along.x * end.reach, along.y * end.reach);
+    } else {
+      add_side(from, back, start, side);
+      add_side(last, along, end, -side);
+    }
+    add_side(last, along, end, side);
+    fill();
+    if (!is_halved) return;
+  }
 }
 
 /// One side's corner of a segment at one of its ends; `along` leads out of the segment there, and
@@ -142,17 +150,20 @@ void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
     const double turn = std::acos(std::clamp(corner.cosine, -1.0, 1.0)) * corner.inner_side;
     return draw_arc(at, from_angle, turn);
   }
-  add(at, 0, 0);
-  add(at, -corner.from.y * outward, corner.from.x * outward);
   // The tip's distance is the half width over the cosine of half the turn.
   const double half_turn_square = (1 + corner.cosine) / 2;
-  if (corner_style_ != KT_Line_Style::bevelled_corner &&
-      half_turn_square * longest_miter * longest_miter >= 1) {
-    const double scale = outward / (1 + corner.cosine);
-    add(at, -(corner.from.y + corner.to.y) * scale, (corner.from.x + corner.to.x) * scale);
-  }
-  add(at, -corner.to.y * outward, corner.to.x * outward);
-  fill();
+  const bool has_tip = corner_style_ != KT_Line_Style::bevelled_corner &&
+                       half_turn_square * longest_miter * longest_miter >= 1;
+  const double scale = has_tip ? outward / (1 + corner.cosine) : 0;
+  const double tip_x = -(corner.from.y + corner.to.y) * scale;
+  const double tip_y = (corner.from.x + corner.to.x) * scale;
+  const double first_x = -corner.from.y * outward;
+  const double first_y = corner.from.x * outward;
+  const double last_x = -corner.to.y * outward;
+  const double last_y = corner.to.x * outward;
+  if (!has_tip) return draw_wedge(at, first_x, first_y, last_x, last_y);
+  draw_wedge(at, first_x, first_y, tip_x, tip_y);
+  draw_wedge(at, tip_x, tip_y, last_x, last_y);
 }
 
 void Stroke::draw_cap(const Vertex& at, const Direction& outward) {
@@ -170,22 +181,28 @@ void Stroke::draw_dot(const Vertex& at) {
   fill();
 }
 
-/// A sector of a disc, in slices that are convex and of few points.
+/// A sector of a disc.
 void Stroke::draw_arc(const Vertex& center, double from_angle, double turn) {
-  constexpr int steps_a_slice = 16;
-  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.5));
-  const int least = static_cast<int>(std::ceil(std::abs(turn) / std::min(finest, 0.5)));
-  const int slices = std::max(least / steps_a_slice + 1, static_cast<int>(std::abs(turn)) + 1);
-  const int steps = std::max(least / slices + 1, 1);
-  for (int slice = 0; slice < slices; ++slice) {
-    add(center, 0, 0);
-    for (int step = 0; step <= steps; ++step) {
-      const double part = static_cast<double>(slice * steps + step) / (slices * steps);
-      const double angle = from_angle + turn * part;
-      add(center, half_width_ * std::cos(angle), half_width_ * std::sin(angle));
-    }
-    fill();
+  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.25));
+  const int steps = std::max(static_cast<int>(std::ceil(std::abs(turn) / finest)), 1);
+  const auto place = [&](int step) {
+    const double angle = from_angle + turn * step / steps;
+    return std::pair(half_width_ * std::cos(angle), half_width_ * std::sin(angle));
+  };
+  for (int step = 0; step < steps; ++step) {
+    const auto [x, y] = place(step);
+    const auto [next_x, next_y] = place(step + 1);
+    draw_wedge(center, x, y, next_x, next_y);
   }
+}
+
+// Wedges that make up a sector are triangles each: with its corners rounded to pixels, the sector
+// as a whole need not be convex any more.
+void Stroke::draw_wedge(const Vertex& at, double from_x, double from_y, double to_x, double to_y) {
+  add(at, 0, 0);
+  add(at, from_x, from_y);
+  add(at, to_x, to_y);
+  fill();
 }
 
 void Stroke::add(const Vertex& at, double x, double y) {

@@ -106,23 +106,25 @@ void Textured_Triangles::draw_rows(const Edge& one, const Edge& other, int first
 
 void Textured_Triangles::draw_row(int y, double left, const Carried& from, double right,
                                   const Carried& to) {
-  const double first = std::floor(left + 0.5);
-  const double width = std::floor(right + 0.5) - first;
-  const double seen_first = std::max(first, static_cast<double>(clip_.left));
-  const double count = std::min(first + width, clip_.right + 1.0) - seen_first;
-  if (!(count >= 1)) return;
+  const double first = std::max(std::floor(left + 0.5), static_cast<double>(clip_.left));
+  const double end = std::min(std::floor(right + 0.5), clip_.right + 1.0);
+  if (!(end - first >= 1)) return;
 
-  colors_.resize(static_cast<std::size_t>(count));
+  colors_.resize(static_cast<std::size_t>(end - first));
   visible_.assign(colors_.size(), 1);
+  const auto at = [&](std::size_t n, std::size_t lane_count) {
+    const double part = (first + static_cast<double>(n) - left) / (right - left);
+    return between(from, to, std::clamp(part, 0.0, 1.0), lane_count);
+  };
   const std::size_t lane_count = is_lit_ ? Carried::lane_count : Carried::first_of_light;
-  for (std::size_t n = 0; n < colors_.size(); ++n) {
-    const double part = (seen_first - first + static_cast<double>(n)) / width;
-    put_texel(between(from, to, part, lane_count), n);
-  }
-  const int x = static_cast<int>(seen_first);
+  for (std::size_t n = 0; n < colors_.size(); ++n) put_texel(at(n, lane_count), n);
+
+  const int x = static_cast<int>(first);
   if (!pattern_.is_solid()) pattern_.apply(x, y, colors_, visible_);
-  const double z_step = (to[Carried::depth] - from[Carried::depth]) / width;
-  const double z = from[Carried::depth] + z_step * (seen_first - first);
+  const std::size_t steps = colors_.size() - 1;
+  const double z = at(0, 1)[Carried::depth];
+  const double climb = at(steps, 1)[Carried::depth] - z;
+  const double z_step = steps > 0 ? climb / static_cast<double>(steps) : 0;
   painter_.draw({x, y, z, z_step, colors_, visible_.data()});
 }
 

@@ -2,8 +2,8 @@
 //
 // The same rows and pixels as the renderer's own triangles have: rows from the lowest y up to the
 // row below the highest; in a row from the rounded left edge to the pixel before the rounded right
-// one. Values run along the edges from row to row and along the row from edge to edge, and the
-// pixel at the left edge has the left edge's value.
+// one. Values run along the edges from row to row and along the row from edge to edge; a pixel
+// that rounding puts outside the triangle has the edge's value.
 #pragma once
 
 #include <array>

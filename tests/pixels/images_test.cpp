@@ -29,6 +29,10 @@ void draw(const Session& session, const Image& image) {
   }
 }
 
+void store_depth(const Session& session, int x, int y, std::uint16_t value) {
+  session.depth->row<std::uint16_t>(y)[x] = value;
+}
+
 Image image_of(KT_DCI_Point start, KT_DCI_Point end, std::uint32_t first_pixel = 0xFF000001) {
   const int width = end.x - start.x + 1, height = start.y - end.y + 1;
   Image image{start, end, width, {}};
@@ -85,7 +89,7 @@ TEST(Images, IgnoreTheDepthSettings) {
     Session session({.variant = variant, .size = {6, 1}});
     session.set_depth_test(5);
     session.set_depth_write(0);
-    for (int x = 0; x < 6; ++x) session.depth->set(x, 0, static_cast<std::uint32_t>(98 + x));
+    for (int x = 0; x < 6; ++x) store_depth(session, x, 0, static_cast<std::uint16_t>(98 + x));
     draw(session, image_of({0, 0, 100}, {5, 0, 100}));
     for (int x = 0; x < 6; ++x) {
       EXPECT_EQ(session.color->touched(x, 0), 98 + x >= 100) << x;
@@ -195,7 +199,7 @@ void run_round(const Round& round) {
   for (int i = 0; i < 12; ++i) {
     session.clear();
     for (int at = 0; session.depth && at < size.x * size.y; ++at) {
-      session.depth->set(at % size.x, at / size.x, static_cast<std::uint32_t>(random() % 3000));
+      store_depth(session, at % size.x, at / size.x, static_cast<std::uint16_t>(random() % 3000));
     }
     std::vector<std::uint32_t> color = session.color->pixels(), depth;
     if (session.depth) depth = session.depth->pixels();

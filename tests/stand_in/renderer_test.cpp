@@ -113,5 +113,39 @@ TEST(Span_Rectangle, IsAClippedStripWithoutDepthOrEdges) {
 }
 
 // A renderer that has nothing but the general routines: each comes to an end, and says so.
+TEST(Standard_Routines, CountAndNameWhatNoActionDraws) {
+  const Renderer renderer(new Plain_Renderer(nullptr));
+  renderer->set_standard_actions(true);
+  KT_Rendition rendition = KD_Default_Rendition({0, 99, 0, 99});
+  KT_Rendition wide = rendition;
+  wide.edit(&KT_Rendition_Data::line_attributes).line_weight = 3;
+  const KT_DCI_Point points[3] = {{1, 1, 0}, {20, 1, 0}, {9, 30, 0}};
+  const KT_RGB32 colors[3] = {};
+  KD_Reset_Undrawn_Count();
+  testing::internal::CaptureStderr();
+  for (int n = 0; n < 2; ++n) {
+    KD_Standard_Draw_2DI_Polyline(renderer.get(), rendition, 2, points);
+    KD_Standard_Draw_2DI_Polyline(renderer.get(), wide, 2, points);
+    KD_Standard_Draw_DCI_Polygon(renderer.get(), rendition, 3, points, nullptr);
+    KD_Standard_Draw_DCI_Gouraud_Polytriangle(renderer.get(), rendition, 3, points, colors);
+    KD_Standard_Draw_2DI_Polymarker(renderer.get(), rendition, 1, points);
+    KD_Standard_Draw_DCI_RGB32_Image(renderer.get(), rendition, points, points, 4, colors, 0,
+                                     nullptr);
+    KD_Standard_Draw_2DI_Textured_Polytriangle(renderer.get(), rendition, 3, points, colors,
+                                               nullptr, 0, nullptr, nullptr);
+  }
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(KD_Undrawn_Count(), 14U);
+  for (const char* name :
+       {"KD_Standard_Draw_2DI_Polyline ", "KD_Standard_Draw_2D_Polytriangle ",
+        "KD_Standard_Draw_DC_Polytriangle ", "KD_Standard_Draw_DCI_Gouraud_Polytriangle ",
+        "KD_Standard_Draw_DCI_RGB32_Image ", "KD_Standard_Draw_2DI_Gouraud_Polytriangle "}) {
+    const std::size_t first = said.find(name);
+    ASSERT_NE(first, std::string::npos) << name << "\n" << said;
+    EXPECT_EQ(said.find(name, first + 1), std::string::npos) << said;
+  }
+  KD_Reset_Undrawn_Count();
+  EXPECT_EQ(KD_Undrawn_Count(), 0U);
+}
 
 }  // namespace

@@ -8,17 +8,17 @@
 
 namespace {
 
-using support::Session;
 using support::Configuration;
+using support::Session;
 using support::Variant;
 
 constexpr KT_Int_XY size = {48, 40};
 
-Configuration setup_of(Variant variant) {
-  Configuration setup;
-  setup.variant = variant;
-  setup.size = size;
-  return setup;
+Configuration configuration_of(Variant variant) {
+  Configuration configuration;
+  configuration.variant = variant;
+  configuration.size = size;
+  return configuration;
 }
 
 /// An image whose texels tell their place: red the column, green the line.
@@ -74,7 +74,7 @@ void set_texture(Session& session, const KT_Shared_Image& image,
 
 TEST(Textured, FacesShowTheTexelsOfTheirPlaces) {
   for (Variant variant : {Variant::rgb, Variant::rgb_alpha, Variant::rgb_z, Variant::rgb_alpha_z}) {
-    Session session(setup_of(variant));
+    Session session(configuration_of(variant));
     set_texture(session, place_image(30, 20));
     draw(session, quad(30, 20));
     for (int y = 0; y < size.y; ++y) {
@@ -84,9 +84,7 @@ TEST(Textured, FacesShowTheTexelsOfTheirPlaces) {
         if (!inside) continue;
         ASSERT_EQ(pixel(session, x, y).red, x - 4) << x << ", " << y;
         ASSERT_EQ(pixel(session, x, y).green, y - 3) << x << ", " << y;
-        if (session.depth) {
-          ASSERT_EQ(session.depth->at(x, y), 100U);
-        }
+        ASSERT_TRUE(!session.depth || session.depth->at(x, y) == 100);
       }
     }
   }
@@ -95,7 +93,7 @@ TEST(Textured, FacesShowTheTexelsOfTheirPlaces) {
 TEST(Textured, FacesAreOfMappedColorsToo) {
   const KT_RGB32 color = {60, 140, 220, 255};
   for (Variant variant : {Variant::mapped, Variant::mapped_z}) {
-    Session session(setup_of(variant));
+    Session session(configuration_of(variant));
     set_texture(session, plain_image(color));
     draw(session, quad(32, 32));
     const KT_Palette palette = KD_Cube_Palette();
@@ -112,7 +110,7 @@ TEST(Textured, FacesAreOfMappedColorsToo) {
 
 TEST(Textured, PerspectiveDividesByW) {
   const auto drawn = [](const std::vector<float>& w, std::uint32_t options) {
-    Session session(setup_of(Variant::rgb));
+    Session session(configuration_of(Variant::rgb));
     set_texture(session, place_image(200, 100));
     session.misc().texture_options = options;
     Quad q = quad(40, 30);
@@ -148,7 +146,7 @@ TEST(Textured, PlacesBeyondTheImageGoByTheWrapMode) {
         return two < 6 ? two : 11 - two;
       }};
   for (std::uint32_t mode : {0U, 1U, 2U, 3U}) {
-    Session session(setup_of(Variant::rgb_z));
+    Session session(configuration_of(Variant::rgb_z));
     set_texture(session, place_image(6, 6), mode);
     Quad q = quad(30, 30);
     q.parameters = {{-2, -2, 0}, {3, -2, 0}, {-2, 3, 0}, {3, 3, 0}};
@@ -169,7 +167,7 @@ TEST(Textured, PlacesBeyondTheImageGoByTheWrapMode) {
 }
 
 TEST(Textured, SmoothTexelsAreMeans) {
-  Session session(setup_of(Variant::rgb));
+  Session session(configuration_of(Variant::rgb));
   const KT_RGB32 texels[2] = {{0, 0, 0, 255}, {200, 100, 40, 255}};
   const KT_Shared_Image image(2, 1, KT_Image_Format::rgb32, 8, texels, false);
   set_texture(session, image, KT_Texture_Wrap::clamp, false, true);
@@ -183,7 +181,7 @@ TEST(Textured, SmoothTexelsAreMeans) {
 
 TEST(Textured, TexelsTakeTheColorsAndTheLightOfPoints) {
   const KT_RGB32 texel = {100, 200, 40, 255};
-  Session session(setup_of(Variant::rgb));
+  Session session(configuration_of(Variant::rgb));
   Quad q = quad(40, 30);
   q.colors = {{255, 255, 255, 255}, {0, 0, 0, 255}, {255, 255, 255, 255}, {0, 0, 0, 255}};
   set_texture(session, plain_image(texel));
@@ -212,7 +210,7 @@ TEST(Textured, TexelsTakeTheColorsAndTheLightOfPoints) {
 
 TEST(Textured, TransparentTexelsBlendOrAreCutOut) {
   const KT_RGB32 clear = {9, 9, 9, 0};
-  Session blended(setup_of(Variant::rgb_alpha_z));
+  Session blended(configuration_of(Variant::rgb_alpha_z));
   set_texture(blended, plain_image(clear));
   draw(blended, quad(20, 20));
   EXPECT_FALSE(blended.color->touched(10, 10));
@@ -222,8 +220,8 @@ TEST(Textured, TransparentTexelsBlendOrAreCutOut) {
   EXPECT_NEAR(pixel(blended, 10, 10).blue, 136, 2);
 
   for (bool alpha : {false, true}) {
-    Session mapped(setup_of(Variant::mapped_z));
-    mapped.renderer().options().set_alpha_blending(alpha);
+    Session mapped(configuration_of(Variant::mapped_z));
+    mapped.options().set_alpha_blending(alpha);
     set_texture(mapped, plain_image(clear));
     draw(mapped, quad(20, 20));
     EXPECT_NE(mapped.color->touched(10, 10), alpha);
@@ -233,8 +231,8 @@ TEST(Textured, TransparentTexelsBlendOrAreCutOut) {
 TEST(Textured, FacesHaveThePatternsOfPlainOnes) {
   for (int pattern : {0, 20, 64, 66, 75, 83}) {
     for (std::uint32_t options : {0U, 1U, 2U, 3U}) {
-      Session textured(setup_of(Variant::rgb_z));
-      Session plain(setup_of(Variant::rgb_z));
+      Session textured(configuration_of(Variant::rgb_z));
+      Session plain(configuration_of(Variant::rgb_z));
       for (Session* session : {&textured, &plain}) {
         session->face().face_pattern = pattern;
         session->misc().pattern_options = options;
@@ -254,8 +252,8 @@ TEST(Textured, FacesHaveThePatternsOfPlainOnes) {
 TEST(Textured, TrianglesAreThoseOfTheRenderer) {
   const std::vector<KT_DCI_Point> strip = {
       {-20, 5, 100}, {20, 2, 9000}, {9, 37, 30000}, {60, 33, 100}, {40, 60, 65000}};
-  Session textured(setup_of(Variant::rgb_z));
-  Session plain(setup_of(Variant::rgb_z));
+  Session textured(configuration_of(Variant::rgb_z));
+  Session plain(configuration_of(Variant::rgb_z));
   for (Session* session : {&textured, &plain}) {
     session->display().hard_clip = {2, 41, 4, 36};
     session->face().face_depth_offset = 70;
@@ -283,7 +281,7 @@ TEST(Textured, TrianglesAreThoseOfTheRenderer) {
 
 TEST(Textured, OddFacesEnd) {
   for (Variant variant : support::all_variants) {
-    Session session(setup_of(variant));
+    Session session(configuration_of(variant));
     session.face().face_pattern = INT32_MAX;
     session.misc().texture_options = 0xFFFFFFFF;
     session.misc().advanced_options.bits = 0xFFFFFFDF;
@@ -303,7 +301,7 @@ TEST(Textured, OddFacesEnd) {
 }
 
 TEST(Textured, FacesWithoutATextureHaveTheirColors) {
-  Session session(setup_of(Variant::rgb));
+  Session session(configuration_of(Variant::rgb));
   Quad q = quad(20, 20);
   draw(session, q);
   EXPECT_EQ(session.color->at(10, 10), session.own_color());
