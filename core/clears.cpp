@@ -9,14 +9,14 @@ namespace zbuffer {
 namespace {
 
 struct Area {
-  std::int32_t x0, x1, y0, y1;  // buffer coordinates, inclusive
+  std::int64_t x0, x1, y0, y1;  // buffer coordinates, inclusive; wide, as a clip may be any
 };
 
 Area hard_clip_area(const Software_Z_Buffer& renderer, const KT_Rendition& rendition) {
   const KT_Int_Rectangle& clip = rendition->display_context->hard_clip;
   const KT_Int_XY origin = renderer.device_origin;
-  return {clip.left - origin.x, clip.right - origin.x, clip.bottom - origin.y,
-          clip.top - origin.y};
+  return {std::int64_t{clip.left} - origin.x, std::int64_t{clip.right} - origin.x,
+          std::int64_t{clip.bottom} - origin.y, std::int64_t{clip.top} - origin.y};
 }
 
 std::size_t block_bytes(const KT_Shared_Image& image, const Area& area) {
@@ -29,11 +29,12 @@ template <class Pixel>
 void fill_area(const KT_Shared_Image& image, const Area& area, Pixel value) {
   if (area.x0 == 0 && area.x1 == image->width - 1) {
     const std::size_t count = block_bytes(image, area) / sizeof(Pixel);
-    fill_run(image->row<Pixel>(area.y1), static_cast<std::ptrdiff_t>(count), value);
+    fill_run(image->row<Pixel>(static_cast<int>(area.y1)), static_cast<std::ptrdiff_t>(count),
+             value);
     return;
   }
-  for (std::int32_t y = area.y0; y <= area.y1; ++y) {
-    fill_run(image->row<Pixel>(y) + area.x0, area.x1 - area.x0 + 1, value);
+  for (std::int64_t y = area.y0; y <= area.y1; ++y) {
+    fill_run(image->row<Pixel>(static_cast<int>(y)) + area.x0, area.x1 - area.x0 + 1, value);
   }
 }
 
@@ -47,10 +48,10 @@ void clear_color(KT_Renderer_Data* object, const KT_Rendition& rendition, Pixel 
   }
   const KT_Shared_Image& image = renderer.color_image;
   Area area = hard_clip_area(renderer, rendition);
-  area.x0 = std::max(area.x0, 0);
-  area.x1 = std::min(area.x1, image->width - 1);
-  area.y0 = std::max(area.y0, 0);
-  area.y1 = std::min(area.y1, image->height - 1);
+  area.x0 = std::max<std::int64_t>(area.x0, 0);
+  area.x1 = std::min<std::int64_t>(area.x1, image->width - 1);
+  area.y0 = std::max<std::int64_t>(area.y0, 0);
+  area.y1 = std::min<std::int64_t>(area.y1, image->height - 1);
   if (area.x1 < area.x0 || area.y1 < area.y0) return;
   fill_area(image, area, value);
 }

@@ -4,6 +4,7 @@
 // bottom one, both inclusive. Source and target rows run from the top row down.
 #pragma once
 
+#include "core/fixed_point.h"
 #include "core/software_z_buffer.h"
 
 namespace zbuffer {
@@ -18,11 +19,11 @@ struct Transfer_Area {
 
   Transfer_Area(const Software_Z_Buffer& renderer, const KT_DCI_Point& start,
                 const KT_DCI_Point& end)
-      : x(start.x - renderer.device_origin.x),
-        top(start.y - renderer.device_origin.y),
-        bottom(end.y - renderer.device_origin.y),
-        width(end.x - start.x + 1),
-        height(start.y - end.y + 1) {}
+      : x(wrapped_difference(start.x, renderer.device_origin.x)),
+        top(wrapped_difference(start.y, renderer.device_origin.y)),
+        bottom(wrapped_difference(end.y, renderer.device_origin.y)),
+        width(wrapped_sum(wrapped_difference(end.x, start.x), 1)),
+        height(wrapped_sum(wrapped_difference(start.y, end.y), 1)) {}
 
   bool empty() const { return width < 1 || height < 1; }
 };

@@ -10,7 +10,7 @@ namespace {
 constexpr std::int32_t direct_pixel_bytes = 4;
 constexpr std::int32_t depth_pixel_bytes = 2;
 
-void copy_bytes(void* to, const void* from, std::int32_t count) {
+void copy_bytes(void* to, const void* from, std::int64_t count) {
   std::memcpy(to, from, static_cast<std::size_t>(count));
 }
 
@@ -60,35 +60,37 @@ void get_into_kept(const KT_Shared_Image& frame, const Transfer_Area& area, KT_S
     image->keep_window_size = 1;
   }
   std::int32_t x = area.x;
-  std::int32_t bytes =
-      (std::max(end_x, frame->width - 1) - start_x) * direct_pixel_bytes + direct_pixel_bytes;
+  const std::int64_t end_of_row = std::max(end_x, frame->width - 1);
+  std::int64_t bytes = (end_of_row - start_x + 1) * direct_pixel_bytes;
   if (x < 0) {
-    bytes += x * direct_pixel_bytes;
+    bytes += std::int64_t{x} * direct_pixel_bytes;
     x = 0;
   }
   const std::int32_t top = std::min(area.top, frame->height - 1);
   const std::int32_t bottom = std::max(area.bottom, 0);
   for (std::int32_t index = top; index >= bottom; --index) {
-    const std::int64_t room = std::min<std::int64_t>(
-        std::int64_t{frame->height - index} * frame->row_bytes,
-        std::int64_t{image->height - index} * image->row_bytes) - std::int64_t{x} * 4;
-    const auto count = static_cast<std::int32_t>(std::min<std::int64_t>(bytes, room));
+    const std::int64_t room =
+        std::min<std::int64_t>(std::int64_t{frame->height - index} * frame->row_bytes,
+                               std::int64_t{image->height - index} * image->row_bytes) -
+        std::int64_t{x} * 4;
+    const std::int64_t count = std::min(bytes, room);
     if (count < 1) continue;
-    copy_bytes(image->scan_lines[index] + x * direct_pixel_bytes,
-               frame->scan_lines[index] + x * direct_pixel_bytes, count);
+    const std::int64_t offset = std::int64_t{x} * direct_pixel_bytes;
+    copy_bytes(image->scan_lines[index] + offset, frame->scan_lines[index] + offset, count);
   }
 }
 
 // The first row is held against the height of the request, not of the frame. A cut on the left
 // shortens the rows and does not move them.
 void get_clipped(const KT_Shared_Image& frame, const Transfer_Area& area, KT_Shared_Image& image) {
-  const std::int32_t row_bytes = area.width * direct_pixel_bytes;
+  const std::int32_t row_bytes = as_signed(as_word(area.width) * direct_pixel_bytes);
   prepare_target(image, area.width, area.height, KT_Image_Format::rgb32, row_bytes);
   std::int32_t x = area.x;
-  std::int32_t bytes = row_bytes;
-  if (x + area.width > frame->width) bytes -= (x + area.width - frame->width) * direct_pixel_bytes;
+  std::int64_t bytes = row_bytes;
+  const std::int64_t beyond = std::int64_t{x} + area.width - frame->width;
+  if (beyond > 0) bytes -= beyond * direct_pixel_bytes;
   if (x < 0) {
-    bytes += x * direct_pixel_bytes;
+    bytes += std::int64_t{x} * direct_pixel_bytes;
     x = 0;
   }
   if (bytes < 1) return;
@@ -139,9 +141,9 @@ void put_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point
                const KT_DCI_Point* end, int stride, const std::uint16_t* pixels) {
   const Software_Z_Buffer& renderer = renderer_of(object);
   const Transfer_Area area(renderer, *start, *end);
-  const std::int32_t right =
-      std::min(end->x, renderer.device_origin.x + renderer.window_extent.x - 1);
-  const std::int32_t bytes = (right - start->x + 1) * depth_pixel_bytes;
+  const std::int64_t right = std::min<std::int64_t>(
+      end->x, std::int64_t{renderer.device_origin.x} + renderer.window_extent.x - 1);
+  const std::int64_t bytes = (right - start->x + 1) * depth_pixel_bytes;
   if (bytes < 1) return;
   const auto* from = reinterpret_cast<const std::uint8_t*>(pixels);
   for (std::int32_t y = area.top; y >= area.bottom; --y, from += stride) {
@@ -166,7 +168,6 @@ void Software_Z_Buffer::update(const KT_Int_Rectangle& rectangle) {
   const KT_DCI_Point start{rectangle.left, rectangle.top, 0};
   const KT_DCI_Point end{rectangle.right, rectangle.bottom, 0};
   const int target_x = device_origin.x + rectangle.left;
-  const int target_y =
-      current_options.window_size().y + device_origin.y - rectangle.top - 1;
+  const int target_y = current_options.window_size().y + device_origin.y - rectangle.top - 1;
   actions.call<KT_Action::Present_Image>(&start, &end, &color_image, target_x, target_y);
 }

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "host/types.h"
+#include "host/global.h"
 
 /// Takes `size` bytes from `heap` (null: the default heap). Returns null or throws
 /// `std::bad_alloc` when there are none. The caller owns the block.
@@ -27,8 +27,14 @@ class KORVEL_EXPORT KT_Object {
   static void operator delete(void*, void*) noexcept {}
 };
 
+namespace korvel {
+
 /// Takes the next process-wide unique id.
-KORVEL_EXPORT std::uint32_t KD_Fresh_Id();
+inline std::uint32_t fresh_id() {
+  return KORVEL.next_id.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+}  // namespace korvel
 
 /// A reference-counted record. It is made with count 0; the first handle takes the first reference.
 class KORVEL_EXPORT KT_Counted : public KT_Object {
@@ -81,11 +87,11 @@ class KT_Handle {
   /// is replaced by its clone. The handle must not be null.
   Record& writable() {
     if (record_->reference_count.load(std::memory_order_acquire) < 2) {
-      record_->id = KD_Fresh_Id();
+      record_->id = korvel::fresh_id();
     } else {
       Record* copy = static_cast<Record*>(record_->clone());
-      drop(std::exchange(record_, copy));
       take(copy);
+      drop(std::exchange(record_, copy));
     }
     return *record_;
   }

@@ -37,7 +37,7 @@ struct Path {
   Wide step;
 
   void skip(std::int64_t steps) {
-    major += sign * static_cast<std::int32_t>(steps);
+    major = static_cast<std::int32_t>(major + sign * steps);
     position += wide(steps) * step;
     count -= steps;
   }

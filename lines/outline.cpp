@@ -1,5 +1,7 @@
 #include "lines/outline.h"
 
+#include "core/fixed_point.h"
+
 namespace zbuffer::lines {
 namespace {
 
@@ -66,7 +68,8 @@ void prepare_outline_rendition(KT_Rendition& temporary) {
   set_color(temporary, outline->outline_color);
   const std::int32_t weight = temporary->line_attributes->line_weight;
   set_line(temporary, &KT_Line_Attributes::line_weight,
-           weight < 2 ? outline->outline_width * 2 + 2 : weight + 5);
+           weight < 2 ? wrapped_sum(wrapped_sum(outline->outline_width, outline->outline_width), 2)
+                      : wrapped_sum(weight, 5));
   if (outline->outline_color.alpha < 255) {
     set_advanced_bits(temporary, temporary->misc_attributes->advanced_options.bits |
                                      KT_Advanced_Options::alpha_bit);
@@ -88,7 +91,7 @@ void prepare_core_rendition(const KT_Rendition& rendition, KT_Rendition& tempora
     set_color(temporary, material.color);
     return;
   }
-  set_line(temporary, &KT_Line_Attributes::line_weight, weight + 1);
+  set_line(temporary, &KT_Line_Attributes::line_weight, wrapped_sum(weight, 1));
   if (face.face_pattern != mixed_pattern) {
     set_color(temporary, material.basic_material->core_color);
     return;
@@ -98,7 +101,8 @@ void prepare_core_rendition(const KT_Rendition& rendition, KT_Rendition& tempora
   set_face(temporary, &KT_Face_Attributes::face_pattern, mixed_pattern);
   set(temporary, &KT_Rendition_Data::misc_attributes, &KT_Misc_Attributes::pattern_options,
       KT_Misc_Attributes::opaque_pattern_bit);
-  set_face(temporary, &KT_Face_Attributes::face_depth_offset, face.face_depth_offset - 4);
+  set_face(temporary, &KT_Face_Attributes::face_depth_offset,
+           wrapped_difference(face.face_depth_offset, 4));
 }
 
 }  // namespace zbuffer::lines

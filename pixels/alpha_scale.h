@@ -14,7 +14,7 @@
 
 namespace zbuffer {
 
-/// a * 256 / 255, truncated: 0 to 128 stay, 129 and above gain one.
+/// a * 256 / 255, truncated: all stay but 255, which becomes 256.
 inline constexpr std::array<std::uint32_t, 256> alpha_scale = [] {
   std::array<std::uint32_t, 256> table{};
   for (std::uint32_t a = 0; a < 256; ++a) table[a] = a * 256 / 255;

@@ -7,6 +7,7 @@
 #include <array>
 #include <bit>
 
+#include "core/fixed_point.h"
 #include "pixels/mask.h"
 
 namespace zbuffer {
@@ -45,7 +46,7 @@ class Pattern_Cover {
 
   /// The pattern's bit at (x, y) in buffer coordinates.
   bool is_set(std::int32_t x, std::int32_t y) const {
-    return bit(row(y), floor_modulo(x - origin_.x, pattern_.pattern_width));
+    return bit(row(y), floor_modulo(wrapped_difference(x, origin_.x), pattern_.pattern_width));
   }
   bool opaque() const { return opaque_; }
 
@@ -54,7 +55,7 @@ class Pattern_Cover {
     Running(const Pattern_Cover& cover, std::int32_t x, std::int32_t y)
         : cover_(cover),
           row_(cover.row(y)),
-          px_(floor_modulo(x - cover.origin_.x, cover.pattern_.pattern_width)) {}
+          px_(floor_modulo(wrapped_difference(x, cover.origin_.x), cover.pattern_.pattern_width)) {}
 
     Chunk next(std::int32_t count) {
       const std::uint64_t valid = first_bits(count);
@@ -87,7 +88,7 @@ class Pattern_Cover {
 
  private:
   const std::uint8_t* row(std::int32_t y) const {
-    const std::int32_t py = floor_modulo(y - origin_.y, pattern_.pattern_height);
+    const std::int32_t py = floor_modulo(wrapped_difference(y, origin_.y), pattern_.pattern_height);
     return pattern_.pattern_bits + std::ptrdiff_t{py} * pattern_.pattern_row_bytes;
   }
   bool bit(const std::uint8_t* row, std::int32_t px) const {

@@ -26,13 +26,9 @@ void KT_Object::operator delete(void* block) {
   KD_ReleaseMemory(block);
 }
 
-std::uint32_t KD_Fresh_Id() {
-  return KORVEL.next_id.fetch_add(1, std::memory_order_relaxed) + 1;
-}
-
-KT_Counted::KT_Counted() : id(KD_Fresh_Id()) {}
+KT_Counted::KT_Counted() : id(korvel::fresh_id()) {}
 
 // A copy is a record of its own: nobody holds it yet, and caches must tell it from its source.
-KT_Counted::KT_Counted(const KT_Counted&) : KT_Object(), id(KD_Fresh_Id()) {}
+KT_Counted::KT_Counted(const KT_Counted&) : KT_Object(), id(korvel::fresh_id()) {}
 
 KT_Counted::~KT_Counted() = default;

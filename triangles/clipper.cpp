@@ -155,8 +155,8 @@ class Edge_Clipper {
     return made;
   }
 
-  void put_on_side(Working_Vertex& made, const Working_Vertex& a, const Working_Vertex& b,
-                   double t, int code) const {
+  void put_on_side(Working_Vertex& made, const Working_Vertex& a, const Working_Vertex& b, double t,
+                   int code) const {
     if (code == left_side || code == right_side) {
       made.x = code == left_side ? bounds_.left : bounds_.right;
       made.y = std::clamp(a.y + (b.y - a.y) * t, bounds_.bottom, bounds_.top);
@@ -205,7 +205,7 @@ class Plane {
     }
   }
 
-    bool counterclockwise() const { return a_ * b_ > c_ * d_; }
+  bool counterclockwise() const { return a_ * b_ > c_ * d_; }
 
   // Barycentric, u along corner 0 to 1 and v along corner 0 to 2. Only u is strictly bounded.
   bool contains(double x, double y) const {
@@ -243,9 +243,7 @@ class Plane {
   }
 
  private:
-  static double channel(KT_RGB32 color, int i) {
-    return (color.word() >> (8 * i)) & 255;
-  }
+  static double channel(KT_RGB32 color, int i) { return (color.word() >> (8 * i)) & 255; }
 
   // A triangle that is a line takes each gradient from one edge.
   template <class Number, class Value>
@@ -320,7 +318,7 @@ class Polygon {
     while (from != to) {
       append_corner(from);
       from = plane_.counterclockwise() ? (from == left_side ? bottom_side : from / 2)
-                              : (from == bottom_side ? left_side : from * 2);
+                                       : (from == bottom_side ? left_side : from * 2);
     }
   }
 
@@ -337,12 +335,12 @@ class Polygon {
  private:
   void append_corner(int side) {
     const bool turned = plane_.counterclockwise();
-    const bool at_left = turned ? side == left_side || side == top_side
-                                : side == left_side || side == bottom_side;
-    const bool at_top = turned ? side == right_side || side == top_side
-                               : side == left_side || side == top_side;
-    append(plane_.at(at_left ? bounds_.left : bounds_.right,
-                     at_top ? bounds_.top : bounds_.bottom));
+    const bool at_left =
+        turned ? side == left_side || side == top_side : side == left_side || side == bottom_side;
+    const bool at_top =
+        turned ? side == right_side || side == top_side : side == left_side || side == top_side;
+    append(
+        plane_.at(at_left ? bounds_.left : bounds_.right, at_top ? bounds_.top : bounds_.bottom));
   }
 
   const Bounds& bounds_;
@@ -396,16 +394,19 @@ void clip_triangle(const KT_Rendition& rendition, const KT_DCI_Point* points,
                    const KT_Int_Rectangle& rectangle, int& count, KT_DCI_Point* points_out,
                    KT_RGB32* colors_out, KT_Parameter* parameters_out, KT_Vector* vectors_out,
                    float* w_out) {
-  const Attributes attributes{colors[2] != nullptr, parameters[0] != nullptr,
-                              (rendition->misc_attributes->texture_options &
-                               KT_Misc_Attributes::perspective_bit) != 0};
+  const Attributes attributes{
+      colors[2] != nullptr, parameters[0] != nullptr,
+      (rendition->misc_attributes->texture_options & KT_Misc_Attributes::perspective_bit) != 0};
   const Bounds bounds(rectangle);
   std::array<Working_Vertex, 3> corners;
   for (std::size_t i = 0; i < 3; ++i) {
     const KT_DCI_Point& p = points[i];
-    corners[i] = {static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z),
+    corners[i] = {static_cast<double>(p.x),
+                  static_cast<double>(p.y),
+                  static_cast<double>(p.z),
                   attributes.colors ? *colors[i] : KT_RGB32{},
-                  {}, 0};
+                  {},
+                  0};
     if (attributes.parameters) {
       corners[i].parameter = {parameters[i]->s, parameters[i]->t, parameters[i]->r};
       corners[i].w = w[i];

@@ -61,7 +61,8 @@ class Edge<Lanes<Kinds...>> {
   static constexpr std::size_t lane_count = sizeof...(Kinds);
   using Corner = Vertex<Lanes<Kinds...>>;
 
-  Edge(const Corner& from, const Corner& to) : Edge(from, to, std::index_sequence_for<Kinds...>{}) {}
+  Edge(const Corner& from, const Corner& to)
+      : Edge(from, to, std::index_sequence_for<Kinds...>{}) {}
 
   void advance() {
     for (std::size_t i = 0; i < lane_count; ++i) value_[i] += step_[i];

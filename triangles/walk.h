@@ -82,21 +82,21 @@ struct Hard_Clip {
 
   Row_Range rows(std::int32_t from, std::int32_t to) const {
     const std::int32_t first = std::max(bottom, from);
-    return {first, std::min(top, to) - first};
+    return {first, wrapped_difference(std::min(top, to), first)};
   }
   bool visits(std::int32_t) const { return true; }
   Run run(Word left_edge, Word right_edge) const {
     const std::int32_t whole_x = Position::whole_signed(left_edge);
     const std::int32_t whole_right = Position::whole_signed(right_edge);
     const std::int32_t x = std::max(left, whole_x);
-    return {x, std::min(right, whole_right) - x, whole_x, whole_right};
+    return {x, wrapped_difference(std::min(right, whole_right), x), whole_x, whole_right};
   }
 };
 
 /// Visits `rows` between two edges, moving both on.
 template <class Kinds, class Limits, class Span>
-void walk_rows(Row_Range rows, Edge<Kinds>& long_edge, Edge<Kinds>& short_edge,
-               bool short_is_right, const Limits& limits, Span& span) {
+void walk_rows(Row_Range rows, Edge<Kinds>& long_edge, Edge<Kinds>& short_edge, bool short_is_right,
+               const Limits& limits, Span& span) {
   Edge<Kinds>& left = short_is_right ? long_edge : short_edge;
   Edge<Kinds>& right = short_is_right ? short_edge : long_edge;
   for (std::int32_t y = rows.first; y < rows.first + rows.count; ++y) {
@@ -121,13 +121,13 @@ void walk_triangle(const Sorted<Kinds>& corners, const Limits& limits, Span& spa
     short_edge.move(rows.first - top.y);
     walk_rows(rows, long_edge, short_edge, short_edge.x_step() > long_edge.x_step(), limits, span);
   }
-  // From `mid` to `bottom`: the positions do, and the short edge is right where they are equal. The long
-  // edge goes on from where the upper part left it.
+  // From `mid` to `bottom`: the positions do, and the short edge is right where they are equal. The
+  // long edge goes on from where the upper part left it.
   if (const Row_Range rows = limits.rows(mid.y, bottom.y); rows.count > 0) {
     Edge<Kinds> short_edge(mid, bottom);
     short_edge.move(rows.first - mid.y);
-    walk_rows(rows, long_edge, short_edge,
-              as_signed(short_edge.x()) >= as_signed(long_edge.x()), limits, span);
+    walk_rows(rows, long_edge, short_edge, as_signed(short_edge.x()) >= as_signed(long_edge.x()),
+              limits, span);
   }
 }
 

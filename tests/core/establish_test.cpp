@@ -135,7 +135,7 @@ TEST(Establish, BindsByVariant) {
   }
 }
 
-TEST(Establish, DISABLED_TilingBindsWhatStaysBound) {
+TEST(Establish, TilingBindsWhatStaysBound) {
   Session session;
   session.option(L"Enable Tiling").set(KT_Option_Value(true));
   for (const Variant variant : all_variants) {
