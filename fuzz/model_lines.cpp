@@ -140,7 +140,8 @@ int rounded_whole(double v) {
 /// Cuts a segment to -4000 to 28760 in x and y; false when nothing is left.
 bool clip_to_range(Segment& s, bool with_z, bool with_colors) {
   const Segment whole_one = s;
-  const auto& [p, q, p_color, q_color] = whole_one;
+  const KT_DCI_Point &p = whole_one.p, &q = whole_one.q;
+  const KT_RGB32 &p_color = whole_one.p_color, &q_color = whole_one.q_color;
   const double dx = static_cast<double>(q.x) - p.x, dy = static_cast<double>(q.y) - p.y;
   const double dz = static_cast<double>(q.z) - p.z;
   double t0 = 0, t1 = 1;

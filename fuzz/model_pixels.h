@@ -71,6 +71,10 @@ struct State {
   void set_merge_key(const int (&key)[3]);
 };
 
+/// b taken from a, wrapped.
+constexpr std::int32_t difference(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
 std::int32_t line_step(std::int32_t d, std::int32_t n);
 std::int32_t depth_step(std::int32_t d, std::int32_t n);
 /// 16.16 value of a colour channel on pixel `i` of the `n` between two edges.

@@ -86,7 +86,7 @@ bool draw_image(State& state, const KT_Rendition& rendition, const Image_Call& c
   if (right < c.start.x) return true;
   auto ramp = static_cast<std::uint32_t>(c.start.z) << 15 | 0x4000;
   const auto step =
-      static_cast<std::uint32_t>(depth_step(c.end.z - c.start.z, c.end.x - c.start.x));
+      static_cast<std::uint32_t>(depth_step(difference(c.end.z, c.start.z), c.end.x - c.start.x));
   for (int row = c.start.y; row >= c.end.y; --row) {
     const std::uint8_t* source = c.bytes.data() + std::ptrdiff_t{c.start.y - row} * c.stride;
     const int y = row - state.origin.y;

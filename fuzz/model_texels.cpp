@@ -15,9 +15,6 @@ std::uint32_t bits(int value) {
 int sum(int a, int b) {
   return static_cast<int>(bits(a) + bits(b));
 }
-int difference(int a, int b) {
-  return static_cast<int>(bits(a) - bits(b));
-}
 int product(int a, int b) {
   return static_cast<int>(bits(a) * bits(b));
 }

@@ -42,9 +42,6 @@ struct Edge {
 
   Edge(const Vertex& from, const Vertex& to, int rows, int skipped) {
     const auto shifted = [](int v, int by) { return static_cast<std::uint32_t>(v) << by; };
-    const auto difference = [](int b, int a) {
-      return static_cast<int>(static_cast<std::uint32_t>(b) - static_cast<std::uint32_t>(a));
-    };
     value[0] = shifted(from.x, 16) | 0x8000;
     step[0] = static_cast<std::uint32_t>(line_step(difference(to.x, from.x), rows));
     value[1] = shifted(from.z, 15) | 0x4000;
