@@ -149,7 +149,8 @@ TEST(Property, NothingOutsideClipMaskOrImage) {
       session.misc().pattern_options = static_cast<unsigned>(pick(0, 3));
       session.misc().drawing_mode = seed % 7 ? 0 : 20;
       session.misc().advanced_options.bits = blends ? 8 : 0;
-      const int reach = std::array{60, 5000, 100000, 2000000000}[seed / 2 % 4];
+      constexpr int reaches[] = {60, 5000, 100000, 2000000000};
+      const int reach = reaches[seed / 2 % 4];
       Strip strip;
       for (int i = pick(3, 70); i > 0; --i) {
         strip.points.push_back({pick(-reach, reach), pick(-reach, reach), pick(0, 65535)});
