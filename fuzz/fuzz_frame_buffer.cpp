@@ -2,9 +2,9 @@
 // module and, byte by byte, with plain loops, and compares. A test's number is its seed.
 #include <algorithm>
 #include <cstring>
-#include <iostream>
 #include <sstream>
 
+#include "fuzz/batch.h"
 #include "fuzz/setting.h"
 
 namespace {
@@ -27,7 +27,8 @@ void KD_Span_DC_Rectangle(KT_Renderer_Data*, const KT_Rendition&, int left, int 
 
 namespace {
 
-struct Test {
+/// One call and what is wrong with it.
+struct Trial {
   Setting& setting;
   Random random;
   std::ostringstream log;
@@ -240,41 +241,29 @@ struct Test {
   }
 };
 
+class Test {
+ public:
+  explicit Test(std::uint64_t seed) : scene_(seed), seed_(seed) {}
+  std::string title() const {
+    return scene_.variant_name() + " frame " + std::to_string(scene_.size.x) + "x" +
+           std::to_string(scene_.size.y);
+  }
+  std::string describe() const { return title() + "\n"; }
+  std::string run(const KT_Renderer_Module& module) const {
+    Setting setting(module, scene_);
+    pattern_fills.clear();
+    Trial trial{setting, Random(~seed_), {}, {}};
+    trial.run();
+    return trial.found.empty() ? "" : "  " + trial.log.str() + "\n" + trial.found;
+  }
+
+ private:
+  Scene scene_;
+  std::uint64_t seed_;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::string path = FUZZ_MODULE;
-  std::uint64_t from = 1, count = 20000;
-  for (int i = 1; i < argc; i += 2) {
-    const std::string option = argv[i], value = i + 1 < argc ? argv[i + 1] : "";
-    if (option == "--module")
-      path = value;
-    else if (option == "--seed")
-      from = std::stoull(value), count = 1;
-    else if (option == "--from")
-      from = std::stoull(value);
-    else if (option == "--count")
-      count = std::stoull(value);
-    else
-      return std::cerr << "fuzz_frame_buffer [--module FILE] (--seed N | [--from A] [--count N])\n",
-             2;
-  }
-  KT_Renderer_Module module;
-  std::string error;
-  if (!module.load(path, error)) return std::cerr << error << "\n", 2;
-  int differing = 0;
-  for (std::uint64_t seed = from; seed < from + count && differing < 10; ++seed) {
-    const Scene scene(seed);
-    Setting setting(module, scene);
-    pattern_fills.clear();
-    Test test{setting, Random(~seed), {}, {}};
-    test.run();
-    if (test.found.empty() && count > 1) continue;
-    if (!test.found.empty()) ++differing;
-    std::cout << "seed " << seed << " " << scene.variant_name() << " frame " << scene.size.x << "x"
-              << scene.size.y << " " << test.log.str() << "\n"
-              << test.found;
-  }
-  std::cout << differing << " calls differ\n";
-  return differing != 0;
+  return fuzz::run_batch<Test>(argc, argv, FUZZ_MODULE);
 }

@@ -1,8 +1,8 @@
 // Draws random polytriangle calls with a renderer module and with the reference model, and
 // compares the images byte by byte. A test's number is its seed.
-#include <iostream>
 #include <sstream>
 
+#include "fuzz/batch.h"
 #include "fuzz/setting.h"
 
 namespace {
@@ -145,8 +145,21 @@ struct Counted<action, void(KT_Renderer_Data*, Arguments...)> {
   }
 };
 
-/// Runs one scene; the difference in words, empty when there is none.
-std::string run(const KT_Renderer_Module& module, const Scene& scene) {
+class Test {
+ public:
+  explicit Test(std::uint64_t seed) : scene_(seed) {}
+  std::string title() const {
+    return scene_.variant_name() + " " + scene_.action() + " (" + scene_.features() + ")";
+  }
+  std::string describe() const { return scene_.describe(); }
+  std::string run(const KT_Renderer_Module& module) const;
+
+ private:
+  Scene scene_;
+};
+
+std::string Test::run(const KT_Renderer_Module& module) const {
+  const Scene& scene = scene_;
   Setting setting(module, scene);
   standard_calls.clear();
   const model::Outcome outcome = model::draw(setting.state, scene.rendition, scene.call);
@@ -162,67 +175,8 @@ std::string run(const KT_Renderer_Module& module, const Scene& scene) {
          standard_difference(scene, outcome);
 }
 
-bool allowed(const std::string& features, const std::string& list) {
-  if (list.empty()) return true;
-  std::istringstream in(features);
-  for (std::string name; std::getline(in, name, ',');)
-    if (("," + list + ",").find("," + name + ",") == std::string::npos) return false;
-  return true;
-}
-
-constexpr const char* usage =
-    "fuzz_triangles [--module FILE] (--seed N | [--from A] [--count N])\n"
-    "               [--only TEXT] [--features LIST] [--stop N]\n"
-    "  --only: scenes whose 'VARIANT ACTION' contains TEXT, such as 'RGB_Z Draw_2DI'\n"
-    "  --features: scenes that use only what is listed, of solid,patterned,standard,masked,\n"
-    "              merge,mapped,alpha,edges,gouraud,clipped,float\n"
-    "  --stop: differences after which the batch ends (10)\n";
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::string path = FUZZ_MODULE, only, features;
-  std::uint64_t from = 1, count = 20000;
-  bool one = false;
-  int stop = 10;
-  for (int i = 1; i < argc; i += 2) {
-    const std::string option = argv[i], value = i + 1 < argc ? argv[i + 1] : "";
-    if (option == "--module")
-      path = value;
-    else if (option == "--seed")
-      from = std::stoull(value), count = 1, one = true;
-    else if (option == "--from")
-      from = std::stoull(value);
-    else if (option == "--count")
-      count = std::stoull(value);
-    else if (option == "--only")
-      only = value;
-    else if (option == "--features")
-      features = value;
-    else if (option == "--stop")
-      stop = std::stoi(value);
-    else
-      return std::cerr << usage, 2;
-  }
-  KT_Renderer_Module module;
-  std::string error;
-  if (!module.load(path, error)) return std::cerr << error << "\n", 2;
-  std::uint64_t drawn = 0;
-  int differing = 0;
-  for (std::uint64_t seed = from; seed < from + count && differing < stop; ++seed) {
-    const Scene scene(seed);
-    const std::string title = scene.variant_name() + " " + scene.action();
-    if (!allowed(scene.features(), features) || title.find(only) == std::string::npos) continue;
-    ++drawn;
-    if (one) std::cout << scene.describe() << std::flush;
-    const std::string found = run(module, scene);
-    if (found.empty()) continue;
-    ++differing;
-    std::cout << (one ? ""
-                      : "seed " + std::to_string(seed) + " " + title + " (" + scene.features() +
-                            ")\n")
-              << found;
-  }
-  std::cout << drawn << " calls drawn, " << differing << " differ\n";
-  return differing != 0;
+  return fuzz::run_batch<Test>(argc, argv, FUZZ_MODULE);
 }
