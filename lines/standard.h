@@ -1,6 +1,7 @@
 // Handing a polyline to the framework's general routine of the same action.
 #pragma once
 
+#include "core/action_forms.h"
 #include "lines/polyline.h"
 #include "lines/rules.h"
 
@@ -11,12 +12,11 @@ template <Layer layer, Kind kind>
 void call_standard(const Polyline& line) {
   const auto call = [&](auto* plain, auto* colorized, auto* gouraud) {
     if constexpr (kind == Kind::plain) {
-      plain(&line.renderer, line.rendition, line.count, line.points);
+      hand_over(line, plain);
     } else if constexpr (kind == Kind::colorized) {
-      colorized(&line.renderer, line.rendition, line.count, line.points, line.colors,
-                line.single_color);
+      hand_over(line, colorized);
     } else {
-      gouraud(&line.renderer, line.rendition, line.count, line.points, line.colors);
+      hand_over(line, gouraud);
     }
   };
   if constexpr (layer == Layer::any) {

@@ -1,6 +1,7 @@
 // Handing a strip to the framework's general routine of the same action.
 #pragma once
 
+#include "core/action_forms.h"
 #include "triangles/strip.h"
 
 namespace zbuffer {
@@ -10,12 +11,11 @@ template <Layer layer, Kind kind>
 void call_standard(const Strip_At<layer>& strip) {
   const auto call = [&](auto* flat, auto* colorized, auto* gouraud) {
     if constexpr (kind == Kind::flat) {
-      flat(&strip.renderer, strip.rendition, strip.count, strip.points);
+      hand_over(strip, flat);
     } else if constexpr (kind == Kind::colorized) {
-      colorized(&strip.renderer, strip.rendition, strip.count, strip.points, strip.colors,
-                strip.single_color);
+      hand_over(strip, colorized);
     } else {
-      gouraud(&strip.renderer, strip.rendition, strip.count, strip.points, strip.colors);
+      hand_over(strip, gouraud);
     }
   };
   if constexpr (layer == Layer::float_any) {
