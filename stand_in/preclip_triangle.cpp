@@ -15,8 +15,9 @@ struct Corner {
   double weight[3];
 };
 
-/// Every cut by one edge of the rectangle adds a corner at most.
-constexpr int most_corners = 3 + 4;
+/// Every cut by one edge of the rectangle adds a corner; an outline that rounding has made a
+/// little concave may get one more.
+constexpr int most_corners = 3 + 4 + 2;
 
 struct Outline {
   std::array<Corner, most_corners> corners;

@@ -6,6 +6,8 @@
 // integer actions get buffer coordinates, so the device origin is zero while they run.
 #pragma once
 
+#include <algorithm>
+
 #include "core/fixed_point.h"
 #include "core/scratch.h"
 #include "core/software_z_buffer.h"

@@ -17,7 +17,7 @@ void make(const KT_Matrix& matrix, int count, const KT_Point_D* points, float* f
 void make_perspective_floats(const KT_Display_Context& context, int count, const KT_Point_D* points,
                              float* floats) {
   KT_Matrix matrix = context.device_matrix;
-  matrix.allocate();
+  if (!matrix) matrix.allocate();
   if (matrix->precision == KT_Matrix_Data::Precision::single_precision) {
     make<KT_Matrix_Single_Data>(matrix, count, points, floats);
   } else {

@@ -3,6 +3,8 @@
 #include "tiling/polylines.h"
 
 #include <algorithm>
+#include <memory>
+#include <new>
 
 #include "host/clip.h"
 #include "tiling/guarded_call.h"
@@ -128,6 +130,16 @@ struct Line : Colors {
   void draw_pieces(const Guarded_Call& call) const { Pieces<Colors>(call, *this).draw(); }
 };
 
+struct Release {
+  void operator()(KT_RGB32* block) const { KD_ReleaseMemory(block); }
+};
+
+KT_RGB32* framework_colors(int count) {
+  void* block = KD_AllocateMemory(static_cast<std::size_t>(count) * sizeof(KT_RGB32), nullptr);
+  if (block == nullptr) throw std::bad_alloc();
+  return static_cast<KT_RGB32*>(block);
+}
+
 struct Gouraud_Line {
   const KT_RGB32* colors;
 
@@ -137,15 +149,9 @@ struct Gouraud_Line {
   /// Colours of results on the stack, of longer lines in the framework's memory.
   void draw_pieces(const Guarded_Call& call) const {
     constexpr int on_stack = 64;
-    struct Release {
-      void operator()(KT_RGB32* block) const { KD_ReleaseMemory(block); }
-    };
     KT_RGB32 few[on_stack];
-    std::unique_ptr<KT_RGB32, Release> many;
-    if (call.count > on_stack) {
-      const std::size_t size = static_cast<std::size_t>(call.count) * sizeof(KT_RGB32);
-      many.reset(static_cast<KT_RGB32*>(KD_AllocateMemory(size, nullptr)));
-    }
+    const std::unique_ptr<KT_RGB32, Release> many(
+        call.count > on_stack ? framework_colors(call.count) : nullptr);
     const Point_Colors by_point{colors, many ? many.get() : few};
     Pieces<Point_Colors>(call, by_point).draw();
   }

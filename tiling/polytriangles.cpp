@@ -27,7 +27,10 @@ struct Attributes {
 class Cut_Attributes {
  public:
   explicit Cut_Attributes(const Attributes& given)
-      : given_(given), parameters_(std::ptrdiff_t{most_points} * given.parameter_width) {}
+      : given_(given),
+        parameters_(given.parameters == nullptr
+                        ? 0
+                        : std::ptrdiff_t{most_corners} * given.parameter_width) {}
 
   /// Cuts the triangle from point `n` on into results of `call`; false when nothing is left.
   bool cut(const Guarded_Call& call, int n, int& result_count) {
@@ -52,6 +55,7 @@ class Cut_Attributes {
 
  private:
   static constexpr int most_points = 64;  // as the results have room for at least
+  static constexpr int most_corners = 9;  // four sides give seven, and rounding two at most
 
   template <class Element>
   static Element* room(const Element* given, Scratch<Element>& scratch) {
@@ -60,7 +64,7 @@ class Cut_Attributes {
 
   const Attributes& given_;
   Scratch<KT_RGB32> colors_{most_points};
-  Scratch<KT_Parameter> parameters_;
+  Scratch<KT_Parameter, most_points> parameters_;  // on the stack up to seven records a point
   Scratch<float> floats_{most_points};
   Scratch<KT_Vector> vectors_{most_points};
 };

@@ -15,6 +15,7 @@ struct Asked {
   std::vector<KT_RGB32> point_colors;  ///< of Gouraud and textured calls
   std::vector<float> floats;
   std::vector<KT_Parameter> parameters;
+  std::vector<KT_Vector> vectors;
   bool single_color = false;
   KT_Int_Rectangle hard_clip;
   KT_Int_XY origin;
@@ -42,11 +43,12 @@ class Inner_Calls : public support::Session, public testing::Test {
         &renderer(),
         [](KT_Renderer_Data* object, const KT_Rendition& given, int count,
            const KT_DCI_Point* points, const KT_RGB32* colors, const KT_Parameter* parameters,
-           int parameter_width, const float* floats, const KT_Vector*) {
+           int parameter_width, const float* floats, const KT_Vector* vectors) {
           Asked& call = record(Draw_2DI_Textured_Polytriangle, object, given, count, points);
           copy(call.point_colors, colors, count);
           copy(call.parameters, parameters, count * parameter_width);
           copy(call.floats, floats, count);
+          copy(call.vectors, vectors, count);
         });
     asked.clear();
   }

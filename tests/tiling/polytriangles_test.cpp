@@ -73,6 +73,76 @@ TEST_F(Strips, AttributesOfPointsAreCutWithThem) {
   EXPECT_EQ(calls[0].point_colors.size(), 4U);
 }
 
+// Behind a cut triangle the arrays go on from the run's first point, in a strip too long for the
+// stack as in a short one.
+TEST_F(Strips, ArraysGoOnWithThePoints) {
+  for (int extra : {0, 70}) {
+    std::vector<KT_Point_D> points = strip;
+    for (int n = 0; n < extra; ++n) points.push_back(at(n % 9, n % 7, n));
+    std::vector<KT_RGB32> colors;
+    std::vector<KT_Parameter> parameters;
+    std::vector<float> floats;
+    std::vector<KT_Vector> vectors;
+    for (std::size_t n = 0; n < points.size(); ++n) {
+      const auto value = static_cast<float>(n);
+      colors.push_back({static_cast<std::uint8_t>(n), 0, 0, 255});
+      parameters.insert(parameters.end(), {{value, 0, 0}, {-value, 0, 0}});
+      floats.push_back(value);
+      vectors.push_back({value, 0, 0});
+    }
+    const auto expect_from = [&](const Asked& call, std::size_t first) {
+      for (std::size_t n = 0; n < call.points.size(); ++n) {
+        const auto value = static_cast<float>(first + n);
+        EXPECT_EQ(call.point_colors[n].blue, first + n);
+        if (call.action == Draw_2DI_Gouraud_Polytriangle) continue;
+        EXPECT_EQ(call.parameters[2 * n + 1].s, -value);
+        EXPECT_EQ(call.floats[n], value);
+        EXPECT_EQ(call.vectors[n].x, value);
+      }
+    };
+    draw<Draw_2DD_Textured_Polytriangle>(points, colors.data(), parameters.data(), 2,
+                                         static_cast<const float*>(floats.data()),
+                                         static_cast<const KT_Vector*>(vectors.data()));
+    draw<Draw_2DD_Gouraud_Polytriangle>(points, colors.data());
+    const auto calls = take();
+    ASSERT_EQ(calls.size(), 12U);
+    for (std::size_t kind : {0U, 6U}) {
+      expect_from(calls[kind], 0);
+      expect_from(calls[kind + 5], 7);
+      EXPECT_EQ(calls[kind + 5].points.size(), 3U + static_cast<std::size_t>(extra));
+    }
+    // Triangle 3 has one point inside, point 3, and keeps its values there.
+    bool kept = false;
+    for (std::size_t n = 0; n < calls[2].points.size(); ++n) {
+      if (calls[2].points[n] != KT_DCI_Point{9, 9, 0}) continue;
+      kept = true;
+      EXPECT_EQ(calls[2].point_colors[n].blue, 3);
+      EXPECT_EQ(calls[2].parameters[2 * n + 1].s, -3);
+      EXPECT_EQ(calls[2].floats[n], 3);
+      EXPECT_EQ(calls[2].vectors[n].x, 3);
+    }
+    EXPECT_TRUE(kept);
+
+    // Nothing is cut: the caller's arrays as they are.
+    points.resize(3);
+    draw<Draw_2DD_Textured_Polytriangle>(points, colors.data(), parameters.data(), 2,
+                                         static_cast<const float*>(floats.data()),
+                                         static_cast<const KT_Vector*>(vectors.data()));
+    expect_from(take().at(0), 0);
+  }
+}
+
+// Depth and the origin's column come through a cut.
+TEST_F(Strips, CutPointsKeepColumnAndDepth) {
+  draw<Draw_2DD_Polytriangle>({at(3, 0, 500), at(3, 0, 500), at(3, 2 * reach, 1500)});
+  const auto calls = take();
+  ASSERT_EQ(calls.size(), 1U);
+  for (const KT_DCI_Point& p : calls[0].points) {
+    EXPECT_EQ(p.x, 3);
+    EXPECT_EQ(p.z, p.y == 0 ? 500 : 1000);
+  }
+}
+
 // Asked to correct perspective, a view that divides by 1 + x/100 gives each point its divisor.
 TEST_F(Strips, MakeTheFloatsOfPerspective) {
   const auto floats = [&](std::uint32_t options, auto* data) {
