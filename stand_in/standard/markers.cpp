@@ -43,7 +43,7 @@ constexpr int symbol_count = 2 * sheet_symbols;
 
 std::vector<KT_Int_XY> offsets_of(std::int32_t symbol) {
   if (symbol == 0) return {{0, 0}};
-  const int number = ((symbol - 1) % symbol_count + symbol_count) % symbol_count;
+  const int number = (symbol % symbol_count + 2 * symbol_count - 1) % symbol_count;
   const Sheet& sheet = number < sheet_symbols ? hollow : filled;
   const int left = number % sheet_symbols * (size + 1);
   std::vector<KT_Int_XY> offsets;

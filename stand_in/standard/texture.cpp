@@ -77,7 +77,7 @@ Texel Texture::smooth(double s, double t) const {
 KT_RGB32 Texture::texel(std::int64_t column, std::int64_t line) const {
   const std::int64_t x = wrapped(column, image_->width, source_->wrap_s);
   const std::int64_t y = wrapped(line, image_->height, source_->wrap_t);
-  return reinterpret_cast<const KT_RGB32*>(image_->scan_lines[y])[x];
+  return reinterpret_cast<const KT_RGB32*>(image_->rows[y])[x];
 }
 
 }  // namespace stand_in

@@ -19,7 +19,7 @@ class Texture {
   explicit operator bool() const { return image_ && image_->width > 0 && image_->height > 0; }
   bool modulates() const { return source_->modulate != 0; }
 
-  /// At a place in units of the whole image, t counted from the image's top row on.
+  /// At a place in units of the whole image, t upward from the image's bottom row.
   Texel at(double s, double t) const { return is_smooth_ ? smooth(s, t) : nearest(s, t); }
 
  private:

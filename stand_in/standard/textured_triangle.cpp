@@ -84,8 +84,12 @@ Textured_Triangles::Textured_Triangles(const KT_Renderer_Data& renderer,
 
 void Textured_Triangles::draw(const Corner& a, const Corner& b, const Corner& c) {
   const Corner* corners[3] = {&a, &b, &c};
-  std::stable_sort(corners, corners + 3,
-                   [](const Corner* p, const Corner* q) { return p->at.y < q->at.y; });
+  const auto keep_order = [&](int first, int second) {
+    if (corners[second]->at.y < corners[first]->at.y) std::swap(corners[first], corners[second]);
+  };
+  keep_order(0, 1);
+  keep_order(1, 2);
+  keep_order(0, 1);
   const auto& [low, mid, high] = corners;
   const Edge long_edge = {*low, *high};
   draw_rows(long_edge, {*low, *mid}, low->at.y, mid->at.y);

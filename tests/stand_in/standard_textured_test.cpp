@@ -21,12 +21,13 @@ Configuration configuration_of(Variant variant) {
   return configuration;
 }
 
-/// An image whose texels tell their place: red the column, green the line.
+/// An image whose texels tell their place: red the column, green the row from the bottom.
 KT_Shared_Image place_image(int width, int height) {
   std::vector<KT_RGB32> texels;
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      texels.push_back({0, static_cast<std::uint8_t>(y), static_cast<std::uint8_t>(x), 255});
+      texels.push_back(
+          {0, static_cast<std::uint8_t>(height - 1 - y), static_cast<std::uint8_t>(x), 255});
     }
   }
   return {width, height, KT_Image_Format::rgb32, width * 4, texels.data(), false};

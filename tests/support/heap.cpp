@@ -40,6 +40,10 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return take(size, heap::Refusal::by_exception);
 }
+// Library algorithms that can do without ask this way; the rest of the family goes with it.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return take(size, heap::Refusal::by_null);
+}
 void operator delete(void* block) noexcept {
   give_back(block);
 }

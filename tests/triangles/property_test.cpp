@@ -14,7 +14,9 @@ using namespace support;
 
 std::mt19937 engine;
 int pick(int low, int high) {
-  return low + static_cast<int>(engine() % static_cast<unsigned>(high - low + 1));
+  const auto from = static_cast<unsigned>(low);
+  const unsigned many = static_cast<unsigned>(high) - from + 1;
+  return static_cast<int>(from + static_cast<unsigned>(engine()) % many);
 }
 
 KT_RGB32 any_color(int green, int alpha) {
