@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <numbers>
-#include <string>
 #include <vector>
 
 #include "bench/session.h"
@@ -84,16 +83,6 @@ void run(benchmark::State& state, const Workload& workload, Spread spread) {
       workload.count * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
-const int registered = [] {
-  for (const Workload& workload : workloads) {
-    for (Spread spread : {Spread::local, Spread::whole_frame}) {
-      const std::string name =
-          std::string(workload.name) + (spread == Spread::local ? "/local" : "/whole");
-      benchmark::RegisterBenchmark(name.c_str(), run, workload, spread)
-          ->Unit(benchmark::kMillisecond);
-    }
-  }
-  return 0;
-}();
+const int registered = register_workloads(workloads, run);
 
 }  // namespace

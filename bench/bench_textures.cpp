@@ -1,4 +1,5 @@
-// Textured triangles: a 256x256 texture, nearest texel, modulated by vertex colours, with depth.
+// Textured triangles through the action table, each a strip of its own: a texture of 256 x 256,
+// about a texel a pixel, with depth.
 
 #include <benchmark/benchmark.h>
 
@@ -13,11 +14,43 @@ using namespace bench;
 
 constexpr int texture_size = 256;
 
+enum class Road { plain, modulated, perspective };
+
+struct Workload {
+  const char* name;
+  Variant variant;
+  Road road;
+  Crowd crowd;
+  std::uint8_t alpha = 255;
+  Order order = Order::random;
+};
+
+constexpr Workload workloads[] = {
+    {"W7/textured_depth_large", Variant::rgb_z, Road::modulated, large},
+    {"W7p/textured_depth_passing", Variant::rgb_z, Road::modulated, large, 255,
+     Order::back_to_front},
+    {"W8/textured_depth_small", Variant::rgb_z, Road::modulated, small},
+    {"W8p/textured_depth_small_passing", Variant::rgb_z, Road::modulated, small, 255,
+     Order::back_to_front},
+    {"textured_plain_large", Variant::rgb_z, Road::plain, large},
+    {"textured_plain_passing", Variant::rgb_z, Road::plain, large, 255, Order::back_to_front},
+    {"textured_alpha_large", Variant::rgb_alpha_z, Road::modulated, large, 128},
+    {"textured_alpha_passing", Variant::rgb_alpha_z, Road::modulated, large, 128,
+     Order::back_to_front},
+    {"textured_alpha_small", Variant::rgb_alpha_z, Road::modulated, small, 128},
+    {"mapped_textured_large", Variant::mapped_z, Road::modulated, large},
+    {"mapped_textured_passing", Variant::mapped_z, Road::modulated, large, 255,
+     Order::back_to_front},
+    {"mapped_textured_small", Variant::mapped_z, Road::modulated, small},
+    {"perspective_textured_large", Variant::rgb_z, Road::perspective, large},
+    {"perspective_textured_small", Variant::rgb_z, Road::perspective, small},
+};
+
 class Texture : public KT_Texture_Source_Data {
  public:
-  Texture() {
+  explicit Texture(Road road) {
     wrap_s = wrap_t = 2;
-    modulate = 1;
+    modulate = road != Road::plain;
     Random random;
     std::vector<KT_RGB32> texels(texture_size * texture_size);
     for (KT_RGB32& texel : texels) texel = KT_RGB32::from_word(random.next() | 0xFF000000u);
@@ -25,9 +58,7 @@ class Texture : public KT_Texture_Source_Data {
                             texels.data(), false);
   }
   KT_Counted* clone() const override { return nullptr; }
-  KT_Shared_Image& image(KT_Shared_Image& result, int, int, int) override {
-    return result = held_;
-  }
+  KT_Shared_Image& image(KT_Shared_Image& result, int, int, int) override { return result = held_; }
 
  private:
   KT_Shared_Image held_;
@@ -35,8 +66,9 @@ class Texture : public KT_Texture_Source_Data {
 
 class Material : public KT_Material_Object {
  public:
-  KT_Texture_Source source{new Texture};
+  KT_Texture_Source source;
 
+  explicit Material(Road road) : source(new Texture(road)) {}
   KT_Counted* clone() const override { return nullptr; }
   KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
   KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override {
@@ -45,53 +77,55 @@ class Material : public KT_Material_Object {
   void shade(float*, const KT_Rendition&, const KT_Vector&, int, int, int, int, int) override {}
 };
 
-enum class Count { pixels, triangles };
+// A triangle at a random place of the texture, upright in it, its points at different distances.
+struct Place {
+  KT_Parameter parameters[3];
+  float w[3];
+};
 
-void textured(benchmark::State& state, Variant variant, double area, Spread spread,
-              int local_rows, int count, Count counted) {
-  Session session(variant);
-  session.rendition().edit(&KT_Rendition_Data::material).basic_material.reset(new Material);
-  const std::vector<Triangle> triangles =
-      random_triangles(count, area, spread, local_rows, 255);
+std::vector<Place> random_places(const std::vector<Triangle>& triangles) {
   Random random;
-  std::vector<KT_Parameter> parameters;
-  // About a texel a pixel, at a random place of the texture.
-  for (const Triangle& triangle : triangles) {
-    const float s = static_cast<float>(random.between(0, 1));
-    const float t = static_cast<float>(random.between(0, 1));
-    for (const KT_DCI_Point& point : triangle.points) {
-      parameters.push_back({s + static_cast<float>(point.x - triangle.points[0].x) / texture_size,
-                            t + static_cast<float>(point.y - triangle.points[0].y) / texture_size,
-                            0});
+  const auto real = [&](double low, double high) {
+    return static_cast<float>(random.between(low, high));
+  };
+  std::vector<Place> places(triangles.size());
+  for (std::size_t n = 0; n < places.size(); ++n) {
+    const KT_DCI_Point(&points)[3] = triangles[n].points;
+    const float s = real(0, 1), t = real(0, 1);
+    for (int i = 0; i < 3; ++i) {
+      places[n].parameters[i] = {s + static_cast<float>(points[i].x - points[0].x) / texture_size,
+                                 t + static_cast<float>(points[i].y - points[0].y) / texture_size,
+                                 0};
+      places[n].w[i] = real(1, 2);
     }
   }
+  return places;
+}
+
+void run(benchmark::State& state, const Workload& workload, Spread spread) {
+  Session session(workload.variant);
+  KT_Rendition& rendition = session.rendition();
+  rendition.edit(&KT_Rendition_Data::material).basic_material.reset(new Material(workload.road));
+  if (workload.road == Road::perspective) {
+    rendition.edit(&KT_Rendition_Data::misc_attributes).texture_options =
+        KT_Misc_Attributes::perspective_bit;
+  }
+  const std::vector<Triangle> triangles =
+      random_triangles(workload.crowd, spread, workload.alpha, workload.order);
+  const std::vector<Place> places = random_places(triangles);
   for (auto _ : state) {
     state.PauseTiming();
     session.call<KT_Action::Clear_Depth>();
     state.ResumeTiming();
-    for (std::size_t i = 0; i < triangles.size(); ++i) {
+    for (std::size_t n = 0; n < triangles.size(); ++n) {
       session.call<KT_Action::Draw_DCI_Textured_Polytriangle>(
-          3, triangles[i].points, triangles[i].colors, &parameters[3 * i], 1, nullptr, nullptr);
+          3, triangles[n].points, triangles[n].colors, places[n].parameters, 1, places[n].w,
+          nullptr);
     }
-    benchmark::ClobberMemory();
   }
-  const double rate = counted == Count::pixels ? pixels_of(triangles)
-                                               : static_cast<double>(triangles.size());
-  state.counters[counted == Count::pixels ? "px" : "triangles"] = benchmark::Counter(
-      rate * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+  report(state, workload.crowd.count, pixels_of(triangles));
 }
 
-void large(benchmark::State& state, Variant variant, Spread spread) {
-  textured(state, variant, 5100, spread, 180, 2000, Count::pixels);
-}
-void small(benchmark::State& state, Variant variant, Spread spread) {
-  textured(state, variant, 50, spread, 64, 100000, Count::triangles);
-}
-BENCHMARK_CAPTURE(large, whole_frame, Variant::rgb_z, Spread::whole_frame)->Name("W7/whole_frame");
-BENCHMARK_CAPTURE(large, local, Variant::rgb_z, Spread::local)->Name("W7/local");
-BENCHMARK_CAPTURE(small, whole_frame, Variant::rgb_z, Spread::whole_frame)->Name("W8/whole_frame");
-BENCHMARK_CAPTURE(small, local, Variant::rgb_z, Spread::local)->Name("W8/local");
-BENCHMARK_CAPTURE(large, blended, Variant::rgb_alpha_z, Spread::local)->Name("W7/local_blended");
-BENCHMARK_CAPTURE(large, mapped, Variant::mapped_z, Spread::local)->Name("W7/local_mapped");
+const int registered = register_workloads(workloads, run);
 
 }  // namespace

@@ -3,8 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <string>
-
 #include "bench/session.h"
 #include "bench/workloads.h"
 
@@ -19,44 +17,39 @@ struct Workload {
   const char* name;
   Variant variant;
   Shading shading;
-  int count;
-  double area;
-  int local_rows;
+  Crowd crowd;
   std::uint8_t alpha = 255;
-  bool back_to_front = false;
+  Order order = Order::random;
   Face face = Face::solid;
 };
 
-constexpr double large = 5100;
-constexpr double small = 50;
-
 constexpr Workload workloads[] = {
-    {"W2/flat_large", Variant::rgb, Shading::flat, 2000, large, 180},
-    {"W3/flat_small", Variant::rgb, Shading::flat, 100000, small, 64},
-    {"W4/gouraud_depth_large", Variant::rgb_z, Shading::gouraud, 2000, large, 180},
-    {"W4p/gouraud_depth_passing", Variant::rgb_z, Shading::gouraud, 2000, large, 180, 255, true},
-    {"W5/gouraud_depth_small", Variant::rgb_z, Shading::gouraud, 100000, small, 64},
-    {"W9/flat_alpha_large", Variant::rgb_alpha, Shading::flat, 2000, large, 180, 128},
-    {"colorized_depth_large", Variant::rgb_z, Shading::colorized, 2000, large, 180},
-    {"gouraud_alpha_depth_large", Variant::rgb_alpha_z, Shading::gouraud, 2000, large, 180, 128},
-    {"gouraud_alpha_depth_small", Variant::rgb_alpha_z, Shading::gouraud, 100000, small, 64, 128},
-    {"mapped_flat_large", Variant::mapped, Shading::flat, 2000, large, 180},
-    {"mapped_flat_small", Variant::mapped, Shading::flat, 100000, small, 64},
-    {"mapped_colorized_large", Variant::mapped, Shading::colorized, 2000, large, 180},
-    {"mapped_colorized_small", Variant::mapped, Shading::colorized, 100000, small, 64},
-    {"mapped_colorized_depth_large", Variant::mapped_z, Shading::colorized, 2000, large, 180},
-    {"mapped_gouraud_depth_large", Variant::mapped_z, Shading::gouraud, 2000, large, 180},
-    {"mapped_gouraud_depth_small", Variant::mapped_z, Shading::gouraud, 100000, small, 64},
-    {"patterned_flat_large", Variant::rgb, Shading::flat, 2000, large, 180, 255, false,
+    {"W2/flat_large", Variant::rgb, Shading::flat, large},
+    {"W3/flat_small", Variant::rgb, Shading::flat, small},
+    {"W4/gouraud_depth_large", Variant::rgb_z, Shading::gouraud, large},
+    {"W4p/gouraud_depth_passing", Variant::rgb_z, Shading::gouraud, large, 255,
+     Order::back_to_front},
+    {"W5/gouraud_depth_small", Variant::rgb_z, Shading::gouraud, small},
+    {"W9/flat_alpha_large", Variant::rgb_alpha, Shading::flat, large, 128},
+    {"colorized_depth_large", Variant::rgb_z, Shading::colorized, large},
+    {"gouraud_alpha_depth_large", Variant::rgb_alpha_z, Shading::gouraud, large, 128},
+    {"gouraud_alpha_depth_small", Variant::rgb_alpha_z, Shading::gouraud, small, 128},
+    {"mapped_flat_large", Variant::mapped, Shading::flat, large},
+    {"mapped_flat_small", Variant::mapped, Shading::flat, small},
+    {"mapped_colorized_large", Variant::mapped, Shading::colorized, large},
+    {"mapped_colorized_small", Variant::mapped, Shading::colorized, small},
+    {"mapped_colorized_depth_large", Variant::mapped_z, Shading::colorized, large},
+    {"mapped_gouraud_depth_large", Variant::mapped_z, Shading::gouraud, large},
+    {"mapped_gouraud_depth_small", Variant::mapped_z, Shading::gouraud, small},
+    {"patterned_flat_large", Variant::rgb, Shading::flat, large, 255, Order::random,
      Face::patterned},
-    {"patterned_flat_small", Variant::rgb, Shading::flat, 100000, small, 64, 255, false,
+    {"patterned_flat_small", Variant::rgb, Shading::flat, small, 255, Order::random,
      Face::patterned},
-    {"patterned_gouraud_depth_large", Variant::rgb_z, Shading::gouraud, 2000, large, 180, 255,
-     false, Face::patterned},
-    {"masked_flat_large", Variant::rgb, Shading::flat, 2000, large, 180, 255, false, Face::masked},
-    {"masked_flat_small", Variant::rgb, Shading::flat, 100000, small, 64, 255, false,
-     Face::masked},
-    {"masked_gouraud_depth_large", Variant::rgb_z, Shading::gouraud, 2000, large, 180, 255, false,
+    {"patterned_gouraud_depth_large", Variant::rgb_z, Shading::gouraud, large, 255, Order::random,
+     Face::patterned},
+    {"masked_flat_large", Variant::rgb, Shading::flat, large, 255, Order::random, Face::masked},
+    {"masked_flat_small", Variant::rgb, Shading::flat, small, 255, Order::random, Face::masked},
+    {"masked_gouraud_depth_large", Variant::rgb_z, Shading::gouraud, large, 255, Order::random,
      Face::masked},
 };
 
@@ -102,27 +95,19 @@ void draw(Session& session, Shading shading, const Triangle& triangle) {
   }
 }
 
-void report(benchmark::State& state, double primitives, double pixels) {
-  using benchmark::Counter;
-  const auto frames = static_cast<double>(state.iterations());
-  state.counters["prim"] = Counter(primitives * frames, Counter::kIsRate);
-  state.counters["px"] = Counter(pixels * frames, Counter::kIsRate);
-}
-
 void run(benchmark::State& state, const Workload& workload, Spread spread) {
   Session session(workload.variant);
   session.rendition().set_color({200, 100, 50, workload.alpha}, false);
   apply_face(session, workload.face);
-  auto triangles = random_triangles(workload.count, workload.area, spread, workload.local_rows,
-                                    workload.alpha);
-  if (workload.back_to_front) sort_back_to_front(triangles);
+  const std::vector<Triangle> triangles =
+      random_triangles(workload.crowd, spread, workload.alpha, workload.order);
   for (auto _ : state) {
     state.PauseTiming();
     session.call<KT_Action::Clear_Depth>();
     state.ResumeTiming();
     for (const Triangle& triangle : triangles) draw(session, workload.shading, triangle);
   }
-  report(state, workload.count, pixels_of(triangles));
+  report(state, workload.crowd.count, pixels_of(triangles));
 }
 
 void run_sphere(benchmark::State& state) {
@@ -143,16 +128,8 @@ void run_sphere(benchmark::State& state) {
 }
 
 const int registered = [] {
-  for (const Workload& workload : workloads) {
-    for (Spread spread : {Spread::local, Spread::whole_frame}) {
-      const std::string name =
-          std::string(workload.name) + (spread == Spread::local ? "/local" : "/whole");
-      benchmark::RegisterBenchmark(name.c_str(), run, workload, spread)
-          ->Unit(benchmark::kMillisecond);
-    }
-  }
-  benchmark::RegisterBenchmark("W6/sphere_strips/whole", run_sphere)
-      ->Unit(benchmark::kMillisecond);
+  register_workloads(workloads, run);
+  benchmark::RegisterBenchmark("W6/sphere_strips/whole", run_sphere)->Unit(benchmark::kMillisecond);
   return 0;
 }();
 

@@ -28,4 +28,11 @@ Session::Session(Variant variant) {
   call<KT_Action::Clear_Depth>();
 }
 
+void report(benchmark::State& state, double primitives, double pixels) {
+  using benchmark::Counter;
+  const auto frames = static_cast<double>(state.iterations());
+  state.counters["prim"] = Counter(primitives * frames, Counter::kIsRate);
+  state.counters["px"] = Counter(pixels * frames, Counter::kIsRate);
+}
+
 }  // namespace bench

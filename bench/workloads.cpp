@@ -14,15 +14,30 @@ KT_RGB32 random_color(Random& random, std::uint8_t alpha) {
   return {channel(), channel(), channel(), alpha};
 }
 
+void sort_back_to_front(std::vector<Triangle>& triangles) {
+  const auto nearest = [](const Triangle& t) {
+    return std::min({t.points[0].z, t.points[1].z, t.points[2].z});
+  };
+  // Slices that do not overlap in depth, farthest first.
+  std::sort(triangles.begin(), triangles.end(),
+            [&](const Triangle& a, const Triangle& b) { return nearest(a) > nearest(b); });
+  int depth = 65535;
+  for (Triangle& triangle : triangles) {
+    for (KT_DCI_Point& point : triangle.points) point.z = depth;
+    depth = std::max(0, depth - 1);
+  }
+}
+
 }  // namespace
 
-std::vector<Triangle> random_triangles(int count, double area, Spread spread, int local_rows,
-                                       std::uint8_t alpha) {
+std::vector<Triangle> random_triangles(const Crowd& crowd, Spread spread, std::uint8_t alpha,
+                                       Order order) {
   Random random;
-  const double radius = 1.03 * std::sqrt(area / 1.299);
+  const double radius = 1.03 * std::sqrt(crowd.area / 1.299);
   const double margin = radius * 1.15 + 1;
-  const double rows = spread == Spread::local ? std::max<double>(local_rows, 2 * margin + 2) : height;
-  std::vector<Triangle> triangles(static_cast<std::size_t>(count));
+  const double rows =
+      spread == Spread::local ? std::max<double>(crowd.local_rows, 2 * margin + 2) : height;
+  std::vector<Triangle> triangles(static_cast<std::size_t>(crowd.count));
   for (Triangle& triangle : triangles) {
     const double x = random.between(margin, width - margin);
     const double y = random.between(margin, rows - margin);
@@ -37,21 +52,8 @@ std::vector<Triangle> random_triangles(int count, double area, Spread spread, in
       triangle.colors[i] = random_color(random, alpha);
     }
   }
+  if (order == Order::back_to_front) sort_back_to_front(triangles);
   return triangles;
-}
-
-void sort_back_to_front(std::vector<Triangle>& triangles) {
-  const auto nearest = [](const Triangle& t) {
-    return std::min({t.points[0].z, t.points[1].z, t.points[2].z});
-  };
-  // Slices that do not overlap in depth, farthest first.
-  std::sort(triangles.begin(), triangles.end(),
-            [&](const Triangle& a, const Triangle& b) { return nearest(a) > nearest(b); });
-  int depth = 65535;
-  for (Triangle& triangle : triangles) {
-    for (KT_DCI_Point& point : triangle.points) point.z = depth;
-    depth = std::max(0, depth - 1);
-  }
 }
 
 std::vector<Strip> sphere_strips() {

@@ -31,11 +31,20 @@ struct Triangle {
   KT_RGB32 colors[3];
 };
 
-/// `count` triangles of about `area` pixels; local ones lie within `local_rows` rows.
-std::vector<Triangle> random_triangles(int count, double area, Spread spread, int local_rows,
-                                       std::uint8_t alpha);
-/// Farthest first, so that with depth every pixel passes.
-void sort_back_to_front(std::vector<Triangle>& triangles);
+/// So many triangles of about `area` pixels; local ones lie within `local_rows` rows.
+struct Crowd {
+  int count;
+  double area;
+  int local_rows;
+};
+inline constexpr Crowd large{2000, 5100, 180};
+inline constexpr Crowd small{100000, 50, 64};
+
+/// Order in depth. Farthest first, every pixel passes.
+enum class Order { random, back_to_front };
+
+std::vector<Triangle> random_triangles(const Crowd& crowd, Spread spread, std::uint8_t alpha,
+                                       Order order);
 
 struct Strip {
   std::vector<KT_DCI_Point> points;

@@ -144,17 +144,30 @@ inline Quad blended_by_source(Quad old, Quad source) {
   return blue_red | (green << 8) | alpha;
 }
 
-/// A number that steps from pixel to pixel, of four neighbouring pixels.
-class Quad_Steps {
+/// A number that steps from pixel to pixel, for any four neighbouring pixels.
+class Quad_Line {
  public:
   // Multiples of 0 to 3 by masks: there is no fast vector product of words.
-  Quad_Steps(std::uint32_t at, std::uint32_t step) : step_(Quad{} + step * 4) {
+  Quad_Line(std::uint32_t at, std::uint32_t step) : step_(step) {
     const Quad steps = Quad{} + step;
-    at_ = (steps & Quad{0, ~0u, 0, ~0u}) + ((steps + steps) & Quad{0, 0, ~0u, ~0u}) + at;
+    first_ = (steps & Quad{0, ~0u, 0, ~0u}) + ((steps + steps) & Quad{0, 0, ~0u, ~0u}) + at;
   }
 
+  /// Pixels `i` to `i` + 3.
+  Quad at(std::int32_t i) const { return first_ + static_cast<std::uint32_t>(i) * step_; }
+
+ private:
+  Quad first_;
+  std::uint32_t step_;
+};
+
+/// The same, from four pixels to the next four.
+class Quad_Steps {
+ public:
+  Quad_Steps(std::uint32_t at, std::uint32_t step)
+      : at_(Quad_Line(at, step).at(0)), step_(Quad{} + step * 4) {}
+
   Quad at() const { return at_; }
-  /// Goes on to the next four.
   void advance() { at_ += step_; }
 
  private:

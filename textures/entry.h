@@ -21,8 +21,8 @@ namespace entry_detail {
 template <Layer layer>
 void call_standard(const Strip_At<layer>& s) {
   const auto call = [&](auto* routine) {
-    routine(&s.renderer, s.rendition, s.count, s.points, s.colors, s.parameters,
-            s.parameter_width, s.extra_floats, s.vectors);
+    routine(&s.renderer, s.rendition, s.count, s.points, s.colors, s.parameters, s.parameter_width,
+            s.extra_floats, s.vectors);
   };
   if constexpr (layer == Layer::float_any) {
     call(KD_Standard_Draw_2D_Textured_Polytriangle);
@@ -78,16 +78,16 @@ inline bool is_simple(const KT_Rendition& rendition, const KT_Texture_Source_Dat
 /// Where the gate sends a primitive.
 enum class Way : std::uint8_t { standard, plain, modulated, lit };
 
+/// Fetches the texture into `source` where it has to be looked at.
 template <Set set, Layer layer>
-Way way_through_gate(const Strip_At<layer>& strip) {
-  constexpr Gate_Rule rule = gate_rule(set, layer);
+Way way_through_gate(const Strip_At<layer>& strip, KT_Texture_Source& source) {
+  constexpr Gate_Rule rule = the_rule(rules::gate_rules, Place{set, layer});
   constexpr std::int32_t standard_light_mode = 3;  // of `texture_mode`
   if (strip.face().face_pattern >= KT_Face_Attributes::first_standard ||
       strip.display_context().depth_enabled == 0) {
     return Way::standard;
   }
   const KT_Handle<KT_Material_Object>& material = strip.material().basic_material;
-  KT_Texture_Source source;
   if (material) material->texture(source, 0, 0, 0);
   if (!source || !is_simple(strip.rendition, *source)) return Way::standard;
   if (strip.material().lighting && strip.vectors) {
@@ -126,9 +126,7 @@ void draw_anywhere(const Strip& strip) {
   if (!held.usable()) return;
   split_strip(
       strip.count, codes.data(),
-      [&](int first, int count) {
-        draw<set, road, Layer::int_inside>(strip.piece(first, count));
-      },
+      [&](int first, int count) { draw<set, road, Layer::int_inside>(strip.piece(first, count)); },
       [&](int first) { draw_clipped_triangle<set, road>(strip.piece(first, 3), held); });
 }
 
@@ -137,15 +135,19 @@ void draw_anywhere(const Strip& strip) {
 template <Set set, Layer layer>
 void enter(const Strip_At<layer>& strip) {
   using namespace entry_detail;
-  constexpr Head head = action_head(set, layer);
+  constexpr Head head = the_rule(rules::action_heads, Place{set, layer});
   const auto blend = [](const auto& same) { enter<Set::rgb_alpha_z, layer>(same); };
   if (taken_by_head<layer, head[0], head[1]>(strip, blend)) return;
-  switch (way_through_gate<set, layer>(strip)) {
-    case Way::standard: return call_standard<layer>(strip);
-    case Way::plain: return draw<set, Road::plain, layer>(strip);
-    case Way::modulated: return draw<set, Road::modulated, layer>(strip);
+  KT_Texture_Source source;  // held until the call is over
+  switch (way_through_gate<set, layer>(strip, source)) {
+    case Way::standard:
+      return call_standard<layer>(strip);
+    case Way::plain:
+      return draw<set, Road::plain, layer>(strip);
+    case Way::modulated:
+      return draw<set, Road::modulated, layer>(strip);
     case Way::lit:
-      if constexpr (gate_rule(set, layer).light == Light_Rule::lit_road) {
+      if constexpr (the_rule(rules::gate_rules, Place{set, layer}).light == Light_Rule::lit_road) {
         draw<set, Road::lit, layer>(strip);
       }
   }
@@ -154,7 +156,7 @@ void enter(const Strip_At<layer>& strip) {
 template <Set set, Road road, Layer layer>
 void draw(const Strip_At<layer>& strip) {
   using namespace entry_detail;
-  constexpr Head head = layer_head(set, road, layer);
+  constexpr Head head = the_rule(rules::layer_heads, Place{set, layer, road});
   const auto blend = [](const auto& same) { draw<Set::rgb_alpha_z, road, layer>(same); };
   if (taken_by_head<layer, head[0], head[1]>(strip, blend)) return;
   if constexpr (is_float(layer)) {

@@ -87,10 +87,10 @@ class Corner_Lighting {
 template <class Cover>
 void draw_lit(const Strip& strip, const Held_Texture& held, const Cover& cover) {
   const Frame frame(strip.renderer);
-  const Lit_Dress dress{
-      held.texture(), {},
-      Lit_Ink(Cube(strip.renderer.color_cube),
-              static_cast<std::uint8_t>(strip.material().contrast_index))};
+  const Lit_Dress dress{held.texture(),
+                        {},
+                        Lit_Ink(Cube(strip.renderer.color_cube),
+                                static_cast<std::uint8_t>(strip.material().contrast_index))};
   const Corner_Setup setup(strip, *held.image);
   const Corner_Lighting lighting(strip, held.source->modulate != 0);
   const Point_List list(strip);

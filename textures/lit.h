@@ -81,16 +81,12 @@ struct Light_Factors {
 /// Light as a tint: sums in words along the span, both parts.
 struct Light_Tint {
   struct Running {
-    Quad_Steps diffuse[3];
-    Quad_Steps specular[3];
+    Quad_Line diffuse[3];
+    Quad_Line specular[3];
 
-    Light_Factors at() const {
-      return {{diffuse[0].at(), diffuse[1].at(), diffuse[2].at()},
-              {specular[0].at(), specular[1].at(), specular[2].at()}};
-    }
-    void advance() {
-      for (Quad_Steps& steps : diffuse) steps.advance();
-      for (Quad_Steps& steps : specular) steps.advance();
+    Light_Factors at(std::int32_t i) const {
+      return {{diffuse[0].at(i), diffuse[1].at(i), diffuse[2].at(i)},
+              {specular[0].at(i), specular[1].at(i), specular[2].at(i)}};
     }
   };
 

@@ -17,14 +17,14 @@ void draw(const Strip_At<layer>& strip);
 /// Scan conversion of the lit road.
 void scan_lit(const Strip& strip);
 
-#define ZBUFFER_TEXTURED_ROAD(PREFIX, set, road)                             \
+#define ZBUFFER_TEXTURED_ROAD(PREFIX, set, road)                                 \
   PREFIX template void draw<set, road, Layer::float_any>(const Float_Strip&);    \
   PREFIX template void draw<set, road, Layer::float_inside>(const Float_Strip&); \
   PREFIX template void draw<set, road, Layer::int_any>(const Strip&);            \
   PREFIX template void draw<set, road, Layer::int_inside>(const Strip&);
-#define ZBUFFER_TEXTURED_SET(PREFIX, set)                            \
-  ZBUFFER_TEXTURED_ROAD(PREFIX, set, Road::plain)                    \
-  ZBUFFER_TEXTURED_ROAD(PREFIX, set, Road::modulated)                \
+#define ZBUFFER_TEXTURED_SET(PREFIX, set)                                   \
+  ZBUFFER_TEXTURED_ROAD(PREFIX, set, Road::plain)                           \
+  ZBUFFER_TEXTURED_ROAD(PREFIX, set, Road::modulated)                       \
   PREFIX template void enter<set, Layer::float_any>(const Float_Strip&);    \
   PREFIX template void enter<set, Layer::float_inside>(const Float_Strip&); \
   PREFIX template void enter<set, Layer::int_any>(const Strip&);            \

@@ -153,17 +153,21 @@ enum class Step : std::uint8_t {
 
 using Head = std::array<Step, 2>;
 
-struct Action_Head {
-  Any<Set> set;
-  Any<Layer> layer;
-  Head steps;
+/// An action, by set and layer, or a layer of a road below it.
+struct Place {
+  Set set;
+  Layer layer;
+  Road road{};
 };
 
-struct Layer_Head {
-  Any<Set> set;
-  Any<Road> road;
-  Any<Layer> layer;
-  Head steps;
+struct Where_Place {
+  Any<Set> set{};
+  Any<Layer> layer{};
+  Any<Road> road{};
+
+  constexpr bool covers(Place p) const {
+    return set.has(p.set) && layer.has(p.layer) && road.has(p.road);
+  }
 };
 
 /// What the gate does with a primitive that asks for light.
@@ -176,12 +180,6 @@ struct Gate_Rule {
   Colors_Rule colors;
 };
 
-struct Gate_Row {
-  Any<Set> set;
-  Any<Layer> layer;
-  Gate_Rule rule;
-};
-
 namespace rules {
 
 using enum Layer;
@@ -191,68 +189,33 @@ inline constexpr Any<Set> indexed_sets = {mapped_z, cut_out};
 inline constexpr Any<Layer> any_layers = {float_any, int_any};           // 2D, 2DI
 inline constexpr Any<Layer> inside_layers = {float_inside, int_inside};  // DC, DCI
 
-inline constexpr Action_Head action_heads[] = {
-    {indexed_sets, {}, {}},
-    {rgb_z, {}, {edge_bit, alpha_bit}},
-    {rgb_alpha_z, inside_layers, {edge_bit}},
-    {rgb_alpha_z, any_layers, {}},
+inline constexpr Rule_Row<Where_Place, Head> action_heads[] = {
+    {{.set = indexed_sets}, {}},
+    {{.set = rgb_z}, {edge_bit, alpha_bit}},
+    {{.set = rgb_alpha_z, .layer = inside_layers}, {edge_bit}},
+    {{.set = rgb_alpha_z, .layer = any_layers}, {}},
 };
 
-inline constexpr Layer_Head layer_heads[] = {
-    {indexed_sets, {}, int_any, {ready, depth}},
-    {indexed_sets, {}, {float_any, float_inside, int_inside}, {}},
-    {rgb_z, {}, inside_layers, {alpha_bit}},
-    {rgb_z, {}, int_any, {ready}},
-    {rgb_z, {}, float_any, {}},
+inline constexpr Rule_Row<Where_Place, Head> layer_heads[] = {
+    {{.set = indexed_sets, .layer = int_any}, {ready, depth}},
+    {{.set = indexed_sets, .layer = {float_any, float_inside, int_inside}}, {}},
+    {{.set = rgb_z, .layer = inside_layers}, {alpha_bit}},
+    {{.set = rgb_z, .layer = int_any}, {ready}},
+    {{.set = rgb_z, .layer = float_any}, {}},
     // The plain layer does not ask for edges: such a strip is drawn filled.
-    {rgb_alpha_z, plain, int_any, {ready}},
-    {rgb_alpha_z, {modulated, lit}, int_any, {edge_bit, ready}},
-    {rgb_alpha_z, {}, {float_any, float_inside, int_inside}, {}},
+    {{.set = rgb_alpha_z, .layer = int_any, .road = plain}, {ready}},
+    {{.set = rgb_alpha_z, .layer = int_any, .road = modulated}, {edge_bit, ready}},
+    {{.set = rgb_alpha_z, .layer = {float_any, float_inside, int_inside}}, {}},
 };
 
-inline constexpr Gate_Row gate_rules[] = {
-    {mapped_z, inside_layers, {Light_Rule::lit_road, Colors_Rule::trusted}},
-    {mapped_z, any_layers, {Light_Rule::standard, Colors_Rule::trusted}},
-    {{cut_out, rgb_z}, {}, {Light_Rule::standard, Colors_Rule::trusted}},
-    {rgb_alpha_z, inside_layers, {Light_Rule::standard, Colors_Rule::tested}},
-    {rgb_alpha_z, any_layers, {Light_Rule::standard, Colors_Rule::trusted}},
+inline constexpr Rule_Row<Where_Place, Gate_Rule> gate_rules[] = {
+    {{.set = mapped_z, .layer = inside_layers}, {Light_Rule::lit_road, Colors_Rule::trusted}},
+    {{.set = mapped_z, .layer = any_layers}, {Light_Rule::standard, Colors_Rule::trusted}},
+    {{.set = {cut_out, rgb_z}}, {Light_Rule::standard, Colors_Rule::trusted}},
+    {{.set = rgb_alpha_z, .layer = inside_layers}, {Light_Rule::standard, Colors_Rule::tested}},
+    {{.set = rgb_alpha_z, .layer = any_layers}, {Light_Rule::standard, Colors_Rule::trusted}},
 };
 
 }  // namespace rules
-
-namespace rules_detail {
-
-/// The one of `rows` for which `covers` holds.
-template <class Row, std::size_t count, class Covers>
-constexpr const Row& the_row(const Row (&rows)[count], Covers covers) {
-  std::size_t found = count;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!covers(rows[i])) continue;
-    if (found != count) throw "two rows for one member";
-    found = i;
-  }
-  if (found == count) throw "no row for a member";
-  return rows[found];
-}
-
-}  // namespace rules_detail
-
-constexpr Head action_head(Set set, Layer layer) {
-  return rules_detail::the_row(rules::action_heads, [=](const Action_Head& row) {
-           return row.set.has(set) && row.layer.has(layer);
-         }).steps;
-}
-
-constexpr Head layer_head(Set set, Road road, Layer layer) {
-  return rules_detail::the_row(rules::layer_heads, [=](const Layer_Head& row) {
-           return row.set.has(set) && row.road.has(road) && row.layer.has(layer);
-         }).steps;
-}
-
-constexpr Gate_Rule gate_rule(Set set, Layer layer) {
-  return rules_detail::the_row(rules::gate_rules, [=](const Gate_Row& row) {
-           return row.set.has(set) && row.layer.has(layer);
-         }).rule;
-}
 
 }  // namespace zbuffer::textures

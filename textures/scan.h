@@ -93,8 +93,8 @@ void scan(const Strip& strip) {
   const auto draw = [&](const auto& cover) {
     Span<member, std::decay_t<decltype(cover)>, std::decay_t<decltype(dress)>> span(frame, cover,
                                                                                     dress);
-    draw_triangles<road>(Point_List(strip), Corner_Setup(strip, *held.image), Trusted{},
-                         dress.tint, span);
+    draw_triangles<road>(Point_List(strip), Corner_Setup(strip, *held.image), Trusted{}, dress.tint,
+                         span);
   };
   if (is_solid(strip.rendition)) {
     draw(Solid_Cover{});

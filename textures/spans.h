@@ -17,56 +17,77 @@
 
 namespace zbuffer::textures {
 
-/// The running state of a span.
+/// The depth test along a span, four pixels at a time.
+class Depth_Walk {
+ public:
+  Depth_Walk(std::uint16_t* depth, const Stepped& z, std::int32_t count)
+      : depth_(depth), z_(z.value, z.step), left_(count) {}
+
+  /// Goes to the next four pixels, from here on, of which one passes; false when there are none.
+  bool find() {
+    for (; left_ >= quad_size; advance()) {
+      if (test(Whole_Quad{})) return true;
+    }
+    return left_ > 0 && test(Part_Of_Quad{left_});
+  }
+  void advance() {
+    z_.advance();
+    at_ += quad_size;
+    left_ -= quad_size;
+  }
+
+  std::int32_t at() const { return at_; }      ///< the first of the four
+  std::int32_t left() const { return left_; }  ///< pixels from there on
+  Quad pass() const { return pass_; }
+
+  /// Stores the depths of some that passed.
+  template <class Access>
+  void store(Access access, Quad where) {
+    access.store(depth_ + at_, select(where, d_, stored_));
+  }
+
+ private:
+  template <class Access>
+  bool test(Access access) {
+    d_ = (z_.at() >> Depth::fraction_bits) & 0xFFFFu;
+    stored_ = access.load(depth_ + at_);
+    pass_ = at_most(d_, stored_);
+    return !is_nowhere(pass_);
+  }
+
+  std::uint16_t* depth_;
+  Quad_Steps z_;
+  std::int32_t at_ = 0;
+  std::int32_t left_;
+  Quad d_, stored_, pass_;
+};
+
+/// The texture and tint of a span's pixels.
 template <Transparent transparent, class Tint, class Ink>
 struct Pen {
   using Pixel = typename Ink::Pixel;
   using Ink_Row = decltype(std::declval<const Ink&>().row(0));
 
-  const Texture& texture;
+  Texture texture;  // a copy, which no store to a pixel can change
   Ink_Row ink;
   Pixel* to;
-  std::uint16_t* depth;
-  Quad_Steps z;
-  Quad_Steps u;
-  Quad_Steps v;
+  Quad_Line u;
+  Quad_Line v;
   typename Tint::Running tint;
 
-  void draw(std::int32_t count) {
-    for (; count >= quad_size; count -= quad_size) {
-      draw_quad(Whole_Quad{});
-      z.advance();
-      u.advance();
-      v.advance();
-      tint.advance();
-      to += quad_size;
-      depth += quad_size;
-    }
-    if (count > 0) draw_quad(Part_Of_Quad{count});
-  }
-
- private:
+  /// Draws the pixels where `walk` has stopped.
   template <class Access>
-  void draw_quad(Access access) {
-    const Quad d = (z.at() >> Depth::fraction_bits) & 0xFFFFu;
-    const Quad stored = access.load(depth);
-    const Quad pass = at_most(d, stored) & texture.contains(u.at(), v.at());
-    if (is_nowhere(pass)) return;
-    const Quad old = access.load(to);
-    const Made<Quad> made = make(texture.texel(u.at(), v.at()), old);
+  void draw(Access access, Depth_Walk& walk) const {
+    const Quad at_u = u.at(walk.at());
+    const Quad at_v = v.at(walk.at());
+    Pixel* const pixels = to + walk.at();
+    const Quad pass = walk.pass() & texture.contains(at_u, at_v);
+    const Quad old = access.load(pixels);
+    const Made<Quad> made = ink.make(texture.texel(at_u, at_v), tint.at(walk.at()), old, pixels);
     Quad colored = pass;
     if constexpr (transparent != Transparent::ordinary) colored &= ~is_zero(made.alpha);
-    const Quad deepened = transparent == Transparent::dropped ? colored : pass;
-    access.store(depth, select(deepened, d, stored));
-    access.store(to, select(colored, made.color, old));
-  }
-
-  Made<Quad> make(Quad texels, Quad old) const {
-    if constexpr (std::is_same_v<Tint, No_Tint>) {
-      return ink.make(texels, tint, old, to);
-    } else {
-      return ink.make(texels, tint.at(), old, to);
-    }
+    walk.store(access, transparent == Transparent::dropped ? colored : pass);
+    access.store(pixels, select(colored, made.color, old));
   }
 };
 
@@ -125,15 +146,21 @@ class Span {
     if constexpr (keeps_running_depth) {
       running_depth_ = z.value + as_word(run.count - 1) * z.step;
     }
-    Pen<transparent, Tint, Ink> pen{dress_.texture,
-                                    dress_.ink.row(y),
-                                    frame_.color<Pixel>(y, run.x),
-                                    frame_.depth(y, run.x),
-                                    Quad_Steps(z.value, z.step),
-                                    coordinate(start, left[u_lane], right[u_lane]),
-                                    coordinate(start, left[v_lane], right[v_lane]),
-                                    dress_.tint.begin(start, left, right)};
-    pen.draw(run.count);
+    // All but depth is set up where the first pixel passes: in crowded scenes few spans get there.
+    Depth_Walk walk(frame_.depth(y, run.x), z, run.count);
+    if (!walk.find()) return;
+    const Pen<transparent, Tint, Ink> pen{dress_.texture,
+                                          dress_.ink.row(y),
+                                          frame_.color<Pixel>(y, run.x),
+                                          coordinate(start, left[u_lane], right[u_lane]),
+                                          coordinate(start, left[v_lane], right[v_lane]),
+                                          dress_.tint.begin(start, left, right)};
+    while (walk.left() >= quad_size) {
+      pen.draw(Whole_Quad{}, walk);
+      walk.advance();
+      if (!walk.find()) return;
+    }
+    pen.draw(Part_Of_Quad{walk.left()}, walk);
   }
 
   template <class Edge_Type>
@@ -142,7 +169,7 @@ class Span {
   }
 
   // The numbers are unsigned, so that the difference to a negative one wraps and comes out right.
-  static Quad_Steps coordinate(const Span_Start& start, Word left, Word right) {
+  static Quad_Line coordinate(const Span_Start& start, Word left, Word right) {
     const std::int32_t from = Position::whole_unsigned(left);
     const Word step = start.pixels.line_step(Position::whole_unsigned(right) - from);
     return {Position::at(from) + as_word(start.skipped) * step, step};
@@ -188,13 +215,8 @@ class Span {
     if (!opens(y, x, mean_z, u, v)) return;
     const Word texel =
         dress_.texture.texel(u, rule.second_line == Line_From::left ? left[v_lane] : v);
-    plot(y, x, rule.second_depth, left[depth_lane], mean_z, [&](Word old) {
-      if constexpr (std::is_same_v<Tint, No_Tint>) {
-        return dress_.ink.make(texel, old);
-      } else {
-        return dress_.ink.make(dress_.tint.at_mean(texel, left, right), old);
-      }
-    });
+    plot(y, x, rule.second_depth, left[depth_lane], mean_z,
+         [&](Word old) { return dress_.ink.make(dress_.tint.at_mean(texel, left, right), old); });
   }
 
   template <class Edge_Type>
@@ -202,13 +224,8 @@ class Span {
     const Word z = left[depth_lane];
     if (!opens(y, x, z, left[u_lane], left[v_lane])) return;
     const Word texel = dress_.texture.texel(left[u_lane], left[v_lane]);
-    plot(y, x, rule_of(Half::lower).first_depth, z, running_depth_.value_or(z), [&](Word old) {
-      if constexpr (std::is_same_v<Tint, No_Tint>) {
-        return dress_.ink.make(texel, old);
-      } else {
-        return dress_.ink.make(dress_.tint.at_left(texel, left), old);
-      }
-    });
+    plot(y, x, rule_of(Half::lower).first_depth, z, running_depth_.value_or(z),
+         [&](Word old) { return dress_.ink.make(dress_.tint.at_left(texel, left), old); });
   }
 
   bool opens(std::int32_t y, std::int32_t x, Word z, Word u, Word v) const {
@@ -222,8 +239,8 @@ class Span {
     const Made<Word> made = make(*to);
     if (transparent == Transparent::dropped && made.alpha == 0) return;
     *to = made.color;
-    const bool takes_left = from == Depth_From::left ||
-                            (from != Depth_From::mean && made.alpha == 255);
+    const bool takes_left =
+        from == Depth_From::left || (from != Depth_From::mean && made.alpha == 255);
     *frame_.depth(y, x) = Depth::stored(takes_left ? left : other);
   }
 

@@ -13,7 +13,7 @@
 namespace zbuffer::textures {
 
 /// A value between two edges that goes on from the left edge with its fraction.
-inline Quad_Steps between_edges(const Span_Start& start, Word left, Word right) {
+inline Quad_Line between_edges(const Span_Start& start, Word left, Word right) {
   const Word step = start.pixels.span_step(wrapped_difference(as_signed(right), as_signed(left)));
   return {left + as_word(start.skipped) * step, step};
 }
@@ -27,12 +27,21 @@ struct Products {
 struct No_Tint {
   using Kinds = Lanes<>;
 
+  struct Factors {};
   struct Running {
-    void advance() {}
+    Factors at(std::int32_t) const { return {}; }
   };
   template <class Edge>
   Running begin(const Span_Start&, const Edge&, const Edge&) const {
     return {};
+  }
+  template <class Edge>
+  Word at_left(Word texel, const Edge&) const {
+    return texel;
+  }
+  template <class Edge>
+  Word at_mean(Word texel, const Edge&, const Edge&) const {
+    return texel;
   }
 };
 
@@ -52,8 +61,7 @@ class Full_Cube_Tint {
 
   struct Running {
     Cube_Factors<Word> at_start;
-    const Cube_Factors<Word>& at() const { return at_start; }
-    void advance() {}
+    const Cube_Factors<Word>& at(std::int32_t) const { return at_start; }
   };
   template <class Edge>
   Running begin(const Span_Start&, const Edge&, const Edge&) const {
@@ -73,14 +81,9 @@ struct Cube_Tint {
   Cube cube;
 
   struct Running {
-    Quad_Steps red, green, blue;
+    Quad_Line red, green, blue;
 
-    Cube_Factors<Quad> at() const { return {red.at(), green.at(), blue.at()}; }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
+    Cube_Factors<Quad> at(std::int32_t i) const { return {red.at(i), green.at(i), blue.at(i)}; }
   };
   template <class Edge>
   Running begin(const Span_Start& start, const Edge& left, const Edge& right) const {
@@ -138,31 +141,22 @@ enum class Tint_Alpha : std::uint8_t { none, carried };
 template <class Lane, Tint_Alpha alpha>
 struct Direct_Tint {
   static constexpr bool has_alpha = alpha == Tint_Alpha::carried;
-  using Kinds = std::conditional_t<has_alpha, Lanes<Lane, Lane, Lane, Lane>,
-                                   Lanes<Lane, Lane, Lane>>;
+  using Kinds =
+      std::conditional_t<has_alpha, Lanes<Lane, Lane, Lane, Lane>, Lanes<Lane, Lane, Lane>>;
 
   struct Color_Running {
-    Quad_Steps red, green, blue;
+    Quad_Line red, green, blue;
 
-    Direct_Factors at() const { return {red.at(), green.at(), blue.at(), Quad{}}; }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
+    Direct_Factors at(std::int32_t i) const { return {red.at(i), green.at(i), blue.at(i), Quad{}}; }
   };
   struct Alpha_Running {
     Color_Running color;
-    Quad_Steps alpha_steps;
+    Quad_Line opacity;
 
-    Direct_Factors at() const {
-      Direct_Factors factors = color.at();
-      factors.alpha = alpha_steps.at();
+    Direct_Factors at(std::int32_t i) const {
+      Direct_Factors factors = color.at(i);
+      factors.alpha = opacity.at(i);
       return factors;
-    }
-    void advance() {
-      color.advance();
-      alpha_steps.advance();
     }
   };
   using Running = std::conditional_t<has_alpha, Alpha_Running, Color_Running>;

@@ -9,7 +9,9 @@ using namespace stage;
 
 const Call square = {{{{1, 1, 9}}, {{9, 1, 9}}, {{1, 9, 9}}, {{9, 9, 9}}}};
 
-bool inside(Layer layer) { return !clips(layer); }
+bool inside(Layer layer) {
+  return !clips(layer);
+}
 
 /// Draws and tells whether the general routine took the call.
 bool goes_to_standard(const Stage& stage, Layer layer, const Call& call = square) {
@@ -42,7 +44,7 @@ TEST(Entry, GateSendsWhatIsNotSimpleToTheGeneralRoutine) {
       stage.texture->standard_only = 1;
       EXPECT_TRUE(goes_to_standard(stage, layer));
       stage.texture->standard_only = 0;
-      for (std::uint32_t KT_Texture_Source_Data::* wrap :
+      for (std::uint32_t KT_Texture_Source_Data::*wrap :
            {&KT_Texture_Source_Data::wrap_s, &KT_Texture_Source_Data::wrap_t}) {
         for (const std::uint32_t mode : {1u, 3u, 4u, 0x80000002u, 0u, 2u}) {
           (*stage.texture).*wrap = mode;
@@ -92,8 +94,8 @@ TEST(Entry, EdgesAreAskedForByHeads) {
         Stage stage(set);
         stage.texture->modulate = modulate;
         stage.misc().advanced_options.bits = KT_Advanced_Options::edge_bit;
-        const bool asks = set == Set::rgb_z ||
-                          (set == Set::rgb_alpha_z && (inside(layer) || modulate != 0));
+        const bool asks =
+            set == Set::rgb_z || (set == Set::rgb_alpha_z && (inside(layer) || modulate != 0));
         EXPECT_EQ(drawn(stage, layer), asks ? Drawn::edges : Drawn::filled);
         // The heads of the inside actions stand before the gate.
         stage.face().face_pattern = 75;

@@ -14,7 +14,8 @@ Call row_of_texels(int pixels, int size, int u, int v) {
   const float texel = 1.0f / static_cast<float>(size);
   const float s = static_cast<float>(u) * texel, t = static_cast<float>(v) * texel;
   const float end = static_cast<float>(u + pixels) * texel;
-  return {{{{0, 0, 5}, s, t}, {{pixels, 0, 5}, end, t}, {{0, 1, 5}, s, t}, {{pixels, 1, 5}, end, t}}};
+  return {
+      {{{0, 0, 5}, s, t}, {{pixels, 0, 5}, end, t}, {{0, 1, 5}, s, t}, {{pixels, 1, 5}, end, t}}};
 }
 
 TEST(Span, CoordinatesTileOrAreCutOff) {
@@ -45,8 +46,7 @@ TEST(Span, MasksReadSizesThatAreNoPowersOfTwoAsTheyAre) {
 TEST(Span, LinesRunUpwards) {
   Stage stage(Set::rgb_z, {5, 4});
   stage.set_texture(1, 4, {0xFF000001, 0xFF000002, 0xFF000003, 0xFF000004});
-  stage.draw(Layer::int_inside,
-             {{{{0, 0, 5}}, {{5, 0, 5}}, {{0, 4, 5}, 0, 1}, {{5, 4, 5}, 0, 1}}});
+  stage.draw(Layer::int_inside, {{{{0, 0, 5}}, {{5, 0, 5}}, {{0, 4, 5}, 0, 1}, {{5, 4, 5}, 0, 1}}});
   EXPECT_TRUE(shows(*stage.color, {"44444", "33333", "22222", "11111"},
                     {{'1', 0xFF000001}, {'2', 0xFF000002}, {'3', 0xFF000003}, {'4', 0xFF000004}}));
 }

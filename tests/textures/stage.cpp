@@ -85,8 +85,7 @@ long Stage::draw(Layer layer, const Call& call) const {
   for (const Vertex& vertex : call.strip) {
     const KT_DCI_Point& p = vertex.point;
     points.push_back(p);
-    floats.push_back(
-        {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)});
+    floats.push_back({static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)});
     colors.push_back(vertex.color);
     parameters.push_back({vertex.s, vertex.t, 77});
     for (int i = 1; i < call.parameter_width; ++i) parameters.push_back({-9, -9, -9});

@@ -26,9 +26,7 @@ class Texture : public KT_Texture_Source_Data {
   KT_Shared_Image held;
 
   KT_Counted* clone() const override { return nullptr; }
-  KT_Shared_Image& image(KT_Shared_Image& result, int, int, int) override {
-    return result = held;
-  }
+  KT_Shared_Image& image(KT_Shared_Image& result, int, int, int) override { return result = held; }
 };
 
 /// A material with a texture and, as the module makes it, a light.
@@ -49,8 +47,8 @@ class Material : public KT_Material_Object {
   KT_Counted* clone() const override { return new Material(*this); }
   KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
   KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override;
-  void shade(float result[3], const KT_Rendition& rendition, const KT_Vector& vector, int, int,
-             int, int, int) override;
+  void shade(float result[3], const KT_Rendition& rendition, const KT_Vector& vector, int, int, int,
+             int, int) override;
 };
 
 /// Calls of the general textured routines and how many of them had no floats and vectors.

@@ -10,15 +10,18 @@ namespace {
 using namespace zbuffer;
 using namespace zbuffer::textures;
 
-const Word edge_factors[] = {0,      1,      127,    128,    255,        256,        65408,
-                             65535,  65536,  65537,  65791,  65792,      131071,     0x7FFFFFFF,
+const Word edge_factors[] = {0,      1,       127,   128,        255,        256,       65408,
+                             65535,  65536,   65537, 65791,      65792,      131071,    0x7FFFFFFF,
                              0xFFFF, 0x1FF00, 65280, 0xFFFFFFFF, 0xFFFFFF00, 0xFFFFFEC8};
 
 Word factor(std::mt19937& random) {
   switch (random() % 3) {
-    case 0: return edge_factors[random() % std::size(edge_factors)];
-    case 1: return static_cast<Word>(random() % 65792);
-    default: return static_cast<Word>(random());
+    case 0:
+      return edge_factors[random() % std::size(edge_factors)];
+    case 1:
+      return static_cast<Word>(random() % 65792);
+    default:
+      return static_cast<Word>(random());
   }
 }
 
