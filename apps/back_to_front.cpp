@@ -7,41 +7,68 @@
 namespace kv {
 namespace {
 
-struct Ranked_Triangle {
+// A triangle of a strip, or a polygon.
+struct Ranked_Face {
   float depth;
   std::uint32_t strip;
   std::uint32_t triangle;
 };
 
-std::vector<Ranked_Triangle> ranked_triangles(const Device_Geometry& geometry) {
-  std::vector<Ranked_Triangle> ranked;
+float mean_depth(std::span<const KT_Point> points) {
+  float sum = 0;
+  for (const KT_Point& point : points) sum += point.z;
+  return sum / static_cast<float>(points.size());
+}
+
+std::vector<Ranked_Face> ranked_faces(const Device_Geometry& geometry) {
+  std::vector<Ranked_Face> ranked;
   for (std::size_t s = 0; s < geometry.strips().size(); ++s) {
+    const auto strip = static_cast<std::uint32_t>(s);
     const std::span<const KT_Point> points = geometry.points(geometry.strips()[s]);
+    if (geometry.mode() == Mode::polygons) {
+      ranked.push_back({mean_depth(points), strip, 0});
+      continue;
+    }
     for (std::size_t t = 0; t + 2 < points.size(); ++t)
-      ranked.push_back({points[t].z + points[t + 1].z + points[t + 2].z,
-                        static_cast<std::uint32_t>(s), static_cast<std::uint32_t>(t)});
+      ranked.push_back({mean_depth(points.subspan(t, 3)), strip, static_cast<std::uint32_t>(t)});
   }
   return ranked;
+}
+
+template <class Item>
+std::array<Item, 3> picked(std::span<const Item> items, const Corners& corners) {
+  return {items[corners.a], items[corners.b], items[corners.c]};
+}
+
+void add_triangle(Device_Geometry& sorted, const Device_Geometry& geometry,
+                  const Device_Strip& strip, std::size_t t) {
+  const Corners corners = strip_triangle(t);
+  const std::array points = picked(geometry.points(strip), corners);
+  const std::span<const KT_RGB32> colors = geometry.colors(strip);
+  if (geometry.mode() == Mode::flat && !strip.textured())
+    return sorted.add(points, colors.subspan(t, 1), strip.faces_away);
+  const std::array three_colors = picked(colors, corners);
+  if (!strip.textured()) return sorted.add(points, three_colors, strip.faces_away);
+  const Strip_Texture texture = geometry.texture(strip);
+  const std::array places = picked(texture.places, corners);
+  const std::array w = picked(texture.w, corners);
+  sorted.add(points, three_colors, strip.faces_away,
+             {texture.material, places, w, texture.in_reach});
 }
 
 }  // namespace
 
 Device_Geometry back_to_front(const Device_Geometry& geometry) {
-  std::vector<Ranked_Triangle> ranked = ranked_triangles(geometry);
+  std::vector<Ranked_Face> ranked = ranked_faces(geometry);
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.depth > b.depth; });
   Device_Geometry sorted(geometry.mode());
-  for (const Ranked_Triangle& triangle : ranked) {
-    const Device_Strip& strip = geometry.strips()[triangle.strip];
-    const std::span<const KT_Point> points = geometry.points(strip);
-    const std::span<const KT_RGB32> colors = geometry.colors(strip);
-    const Corners corners = strip_triangle(triangle.triangle);
-    const std::array three = {points[corners.a], points[corners.b], points[corners.c]};
-    if (geometry.mode() == Mode::flat)
-      sorted.add(three, colors.subspan(triangle.triangle, 1), strip.faces_away);
+  for (const Ranked_Face& face : ranked) {
+    const Device_Strip& strip = geometry.strips()[face.strip];
+    if (geometry.mode() == Mode::polygons)
+      sorted.add(geometry.points(strip), geometry.colors(strip), strip.faces_away);
     else
-      sorted.add(three, std::array{colors[corners.a], colors[corners.b], colors[corners.c]},
-                 strip.faces_away);
+      add_triangle(sorted, geometry, strip, face.triangle);
   }
   return sorted;
 }

@@ -20,6 +20,11 @@ double radians(double degrees) {
   return degrees * std::numbers::pi / 180;
 }
 
+// Pixels from the eye to the window.
+double focus_for(double half_width, double half_height) {
+  return std::min(half_width, half_height) / std::tan(radians(field_of_view_degrees / 2));
+}
+
 // From axes with y up and the front at z to the model's.
 Vec3 turned(Vec3 v, Up_Axis up) {
   switch (up) {
@@ -61,7 +66,14 @@ struct View::Extent {
 
 View::View(const Camera_Options& options, int width, int height, const Model& model)
     : orthographic_(options.orthographic), half_width_(width / 2.0), half_height_(height / 2.0) {
+  const double side = std::min(width, height);
+  middle_x_ = half_width_ + options.pan_x * side;
+  middle_y_ = half_height_ + options.pan_y * side;
   set_axes(options);
+  if (options.framing == Framing::steady) {
+    frame_steady(options, model);
+    return;
+  }
   const Extent extent = extent_of(model);
   if (orthographic_)
     frame_orthographic(options, extent);
@@ -122,8 +134,7 @@ class Reach {
 
 void View::frame_perspective(const Camera_Options& options, const Model& model,
                              const Extent& extent) {
-  const double focus =
-      std::min(half_width_, half_height_) / std::tan(radians(field_of_view_degrees / 2));
+  const double focus = focus_for(half_width_, half_height_);
   // Relative to the middle, so that a far-off-centre model loses no digits.
   const Vec3 middle{extent.x.middle(), extent.y.middle(), extent.z.middle()};
   const auto measure = [&](Reach& x, Reach& y) {
@@ -169,6 +180,27 @@ void View::frame_orthographic(const Camera_Options& options, const Extent& exten
   far_ = extent.z.size();
 }
 
+void View::frame_steady(const Camera_Options& options, const Model& model) {
+  Range x, y, z;
+  for_each_position(model, [&](Vec3f p) { x.include(p.x), y.include(p.y), z.include(p.z); });
+  const Vec3 middle{x.middle(), y.middle(), z.middle()};
+  double radius = 0;
+  for_each_position(model, [&](Vec3f position) {
+    radius = std::max(radius, length(widen(position) - middle));
+  });
+  const double used = used_part * std::min(half_width_, half_height_);
+  const double focus = focus_for(half_width_, half_height_);
+  // In perspective the sides of the window touch the sphere before its middle.
+  const double fit_z = orthographic_ ? radius : radius * std::hypot(1, focus / used);
+  const double eye_z = orthographic_ ? fit_z : fit_z * options.distance;
+  const double size = 2 * radius;
+  eye_ = middle + back_ * eye_z;
+  scale_ = (orthographic_ ? used / radius : focus) * options.zoom;
+  near_ = eye_z - radius - near_slack * size;
+  if (!orthographic_) near_ = std::max(near_, least_near * size);
+  far_ = std::max(eye_z + radius, near_);
+}
+
 Vec3 View::to_eye(Vec3f position) const {
   const Vec3 v = widen(position) - eye_;
   return {dot(v, right_), dot(v, up_), -dot(v, back_)};
@@ -180,7 +212,7 @@ KT_Point View::to_device(Vec3 eye_point) const {
   const double part = orthographic_  ? (eye_point.z - near_) / (far_ - near_)
                       : far_ > near_ ? far_ * (eye_point.z - near_) / (eye_point.z * (far_ - near_))
                                      : 0;
-  const Vec3 device{half_width_ + scale * eye_point.x, half_height_ + scale * eye_point.y,
+  const Vec3 device{middle_x_ + scale * eye_point.x, middle_y_ + scale * eye_point.y,
                     farthest_depth_ * std::clamp(part, 0.0, 1.0)};
   const Vec3f point = narrow(device);
   return {point.x, point.y, point.z};

@@ -45,9 +45,10 @@ std::vector<Device_Line> device_lines(const Scene& scene, const View& view, Edge
                                       float opacity) {
   const Vertex_Lighting lit(view, opacity);
   std::vector<Device_Line> lines;
-  for (const Mesh& mesh : scene.model.meshes) {
+  for (std::size_t m = 0; m < scene.model.meshes.size(); ++m) {
+    const Mesh& mesh = scene.model.meshes[m];
     const Material& material = scene.model.materials[mesh.material];
-    for (const Edge& edge : edges_of(mesh, choice)) {
+    for (const Edge& edge : scene.edges(choice)[m]) {
       std::array ends = {lit(mesh.vertices[edge.a], material),
                          lit(mesh.vertices[edge.b], material)};
       if (!clip_near(ends, view.near_plane())) continue;

@@ -35,12 +35,24 @@ struct Line_Drawing {
   bool outline = false;
 };
 
+enum class Texture_Filter {
+  nearest,
+  linear  // only the framework's general routines draw it
+};
+
+struct Texture_Drawing {
+  Texture_Filter filter = Texture_Filter::nearest;
+  bool perspective_correct = false;
+};
+
 struct Drawing {
   Style style = Style::shaded;
   Line_Drawing lines;
+  Texture_Drawing textures;
+  bool polygons = false;        // faces are handed over whole, one colour each
   bool faces_as_edges = false;  // the module draws strips as the lines of their edges
-  int cube_steps = 6;          // a channel, of the palette that mapped variants draw with
-  std::optional<int> pattern;  // face pattern; without one faces are solid
+  int cube_steps = 6;           // a channel, of the palette that mapped variants draw with
+  std::optional<int> pattern;   // face pattern; without one faces are solid
   double opacity = 1;
   bool circle_clip = false;
   bool merge = false;  // overlapping faces are joined as inks are, on the background as paper

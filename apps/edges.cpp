@@ -37,17 +37,14 @@ std::vector<Side> sides_of(const Mesh& mesh) {
   const std::vector<std::uint32_t> places = places_of(mesh);
   std::vector<Side> sides;
   sides.reserve(mesh.indices.size());
-  for (std::size_t t = 0; t + 2 < mesh.indices.size(); t += 3) {
-    const std::uint32_t* corner = &mesh.indices[t];
-    const Vec3 at = widen(mesh.vertices[corner[0]].position);
-    const Vec3 normal = normalized(cross(widen(mesh.vertices[corner[1]].position) - at,
-                                         widen(mesh.vertices[corner[2]].position) - at));
-    for (std::size_t i = 0; i < 3; ++i) {
-      const Edge edge{corner[i], corner[(i + 1) % 3]};
+  for_each_face(mesh, [&](std::span<const std::uint32_t> face) {
+    const Vec3 normal = normalized(area_vector(mesh, face));
+    for (std::size_t i = 0; i < face.size(); ++i) {
+      const Edge edge{face[i], face[(i + 1) % face.size()]};
       const auto [low, high] = std::minmax(places[edge.a], places[edge.b]);
       if (low != high) sides.push_back({low, high, edge, normal});
     }
-  }
+  });
   std::stable_sort(sides.begin(), sides.end(), [](const Side& a, const Side& b) {
     return std::tie(a.low, a.high) < std::tie(b.low, b.high);
   });

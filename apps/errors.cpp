@@ -8,8 +8,8 @@ namespace kv {
 Failure::Failure(Exit_Code code, std::string file, const std::string& what, std::string hint)
     : std::runtime_error(what), code_(code), file_(std::move(file)), hint_(std::move(hint)) {}
 
-std::string message_of(const Failure& failure) {
-  std::string message = "kvdraw: ";
+std::string message_of(const Failure& failure, const std::string& program) {
+  std::string message = program + ": ";
   if (!failure.file().empty()) message += one_line(failure.file()) + ": ";
   message += "error: " + one_line(failure.what());
   if (!failure.hint().empty()) message += "; " + one_line(failure.hint());

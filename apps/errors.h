@@ -25,7 +25,7 @@ class Failure : public std::runtime_error {
 };
 
 // "kvdraw: FILE: error: what; hint", always a single line without a line end.
-std::string message_of(const Failure& failure);
+std::string message_of(const Failure& failure, const std::string& program = "kvdraw");
 
 // Text of foreign origin made fit for a message: one line of printable characters, not too long.
 std::string one_line(std::string_view text);

@@ -11,6 +11,7 @@
 #include <sstream>
 #include <vector>
 
+#include "apps/texture_importer.h"
 #include "apps/wire.h"
 
 namespace kv {
@@ -58,20 +59,55 @@ Color color_of(const aiColor4D& color, Format format) {
   return {to_display(color.r), to_display(color.g), to_display(color.b), color.a};
 }
 
-std::vector<Material> materials_of(const aiScene& scene, Format format) {
-  std::vector<Material> materials(scene.mNumMaterials);
-  for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
-    const aiMaterial& source = *scene.mMaterials[i];
-    aiColor4D diffuse(0.6f, 0.6f, 0.6f, 1.0f);
-    if (source.Get(AI_MATKEY_BASE_COLOR, diffuse) != aiReturn_SUCCESS) {
-      source.Get(AI_MATKEY_COLOR_DIFFUSE, diffuse);
-      float opacity = 1;
-      if (source.Get(AI_MATKEY_OPACITY, opacity) == aiReturn_SUCCESS) diffuse.a = opacity;
-    }
-    materials[i].diffuse = color_of(diffuse, format);
+Color diffuse_of(const aiMaterial& source, Format format) {
+  aiColor4D diffuse(0.6f, 0.6f, 0.6f, 1.0f);
+  if (source.Get(AI_MATKEY_BASE_COLOR, diffuse) != aiReturn_SUCCESS) {
+    source.Get(AI_MATKEY_COLOR_DIFFUSE, diffuse);
+    float opacity = 1;
+    if (source.Get(AI_MATKEY_OPACITY, opacity) == aiReturn_SUCCESS) diffuse.a = opacity;
   }
-  return materials;
+  return color_of(diffuse, format);
 }
+
+// The file's materials, a white one, and again the file's without textures.
+class Materials {
+ public:
+  Materials(const aiScene& scene, Format format, Texture_Importer* textures)
+      : sources_(scene.mNumMaterials), format_(format) {
+    for (unsigned i = 0; i < sources_; ++i) {
+      const aiMaterial& source = *scene.mMaterials[i];
+      Material& material = list_.emplace_back();
+      material.diffuse = diffuse_of(source, format);
+      plain_.push_back(material);
+      mappings_.push_back(textures ? textures->add_texture(material, source) : Texture_Mapping{});
+    }
+    list_.emplace_back();
+    list_.insert(list_.end(), plain_.begin(), plain_.end());
+  }
+
+  const std::vector<Material>& list() const { return list_; }
+
+  std::uint32_t of(const aiMesh& mesh) const {
+    if (mapping_of(mesh)) return mesh.mMaterialIndex;
+    // Outside glTF the colours of vertices stand for the material.
+    if (mesh.HasVertexColors(0) && format_ != Format::gltf) return sources_;
+    return sources_ + 1 + mesh.mMaterialIndex;
+  }
+
+  // Gives `place` for a vertex; null when the mesh shows no texture.
+  const Texture_Mapping* mapping_of(const aiMesh& mesh) const {
+    const unsigned material = mesh.mMaterialIndex;
+    if (material >= sources_ || list_[material].texture == no_texture) return nullptr;
+    const Texture_Mapping& mapping = mappings_[material];
+    return mesh.HasTextureCoords(mapping.channel) ? &mapping : nullptr;
+  }
+
+ private:
+  std::uint32_t sources_;
+  Format format_;
+  std::vector<Material> list_, plain_;
+  std::vector<Texture_Mapping> mappings_;
+};
 
 // Walks the nodes without recursion: a damaged file may nest them without end.
 std::vector<Instance> instances_of(const aiScene& scene) {
@@ -96,31 +132,40 @@ std::vector<Instance> instances_of(const aiScene& scene) {
   return instances;
 }
 
-std::size_t triangles_of(const aiMesh& mesh) {
-  return static_cast<std::size_t>(
-      std::count_if(mesh.mFaces, mesh.mFaces + mesh.mNumFaces,
-                    [](const aiFace& face) { return face.mNumIndices == 3; }));
+// Points and lines are left out.
+bool is_drawn(const aiFace& face) {
+  return face.mNumIndices >= 3;
 }
 
-void add_triangles(Mesh& mesh, const aiMesh& source, bool mirrored) {
-  mesh.indices.reserve(3 * triangles_of(source));
+std::size_t triangles_of(const aiMesh& mesh) {
+  std::size_t triangles = 0;
+  for (unsigned i = 0; i < mesh.mNumFaces; ++i)
+    if (is_drawn(mesh.mFaces[i])) triangles += mesh.mFaces[i].mNumIndices - 2;
+  return triangles;
+}
+
+// `mirrored`: the corners run the other way round. Each face begins with its first corner.
+void add_faces(Mesh& mesh, const aiMesh& source, bool mirrored) {
   for (unsigned i = 0; i < source.mNumFaces; ++i) {
     const aiFace& face = source.mFaces[i];
-    if (face.mNumIndices != 3) continue;  // points and lines
-    mesh.indices.push_back(face.mIndices[0]);
-    mesh.indices.push_back(face.mIndices[mirrored ? 2 : 1]);
-    mesh.indices.push_back(face.mIndices[mirrored ? 1 : 2]);
+    if (!is_drawn(face)) continue;
+    const unsigned count = face.mNumIndices;
+    for (unsigned c = 0; c < count; ++c)
+      mesh.indices.push_back(face.mIndices[mirrored && c > 0 ? count - c : c]);
+    mesh.face_sizes.push_back(count);
   }
+  const auto is_triangle = [](std::uint32_t size) { return size == 3; };
+  if (std::all_of(mesh.face_sizes.begin(), mesh.face_sizes.end(), is_triangle))
+    mesh.face_sizes.clear();
 }
 
-// `own_color_material` is white: outside glTF the colours of vertices stand for the material.
-Mesh mesh_of(const Instance& instance, Format format, std::uint32_t own_color_material) {
+Mesh mesh_of(const Instance& instance, Format format, const Materials& materials) {
   const aiMesh& source = *instance.mesh;
   const aiMatrix3x3 linear(instance.to_world);
   const aiMatrix3x3 of_normals = aiMatrix3x3(linear).Inverse().Transpose();
-  const bool has_colors = source.HasVertexColors(0);
+  const Texture_Mapping* const mapping = materials.mapping_of(source);
   Mesh mesh;
-  mesh.material = has_colors && format != Format::gltf ? own_color_material : source.mMaterialIndex;
+  mesh.material = materials.of(source);
   // The normals of STL are those of its facets and say nothing of the smooth surface.
   mesh.has_normals = source.HasNormals() && format != Format::stl;
   mesh.vertices.resize(source.mNumVertices);
@@ -132,9 +177,10 @@ Mesh mesh_of(const Instance& instance, Format format, std::uint32_t own_color_ma
       const aiVector3D normal = of_normals * source.mNormals[i];
       vertex.normal = {normal.x, normal.y, normal.z};
     }
-    if (has_colors) vertex.color = color_of(source.mColors[0][i], format);
+    if (source.HasVertexColors(0)) vertex.color = color_of(source.mColors[0][i], format);
+    if (mapping) vertex.place = mapping->place(source.mTextureCoords[mapping->channel][i]);
   }
-  add_triangles(mesh, source, linear.Determinant() < 0);
+  add_faces(mesh, source, linear.Determinant() < 0);
   return mesh;
 }
 
@@ -157,10 +203,13 @@ std::string objection_to(const std::vector<Instance>& instances, std::size_t mos
 
 }  // namespace
 
-void import_model(const std::string& path, std::size_t most_triangles, const Child_Send& send) {
+void import_model(const std::string& path, std::size_t most_triangles, const Load_Choices& choices,
+                  const Child_Send& send) {
+  // Polygons are drawn in one colour each.
+  const bool with_textures = choices.textures && !choices.polygons;
   Assimp::Importer importer;
   keep_wanted_formats(importer);
-  const aiScene* scene = importer.ReadFile(path, aiProcess_Triangulate);
+  const aiScene* scene = importer.ReadFile(path, choices.polygons ? 0u : aiProcess_Triangulate);
   if (!scene)
     return send(
         encode_refusal(std::string("cannot be read as a model: ") + importer.GetErrorString()));
@@ -168,12 +217,13 @@ void import_model(const std::string& path, std::size_t most_triangles, const Chi
   if (const std::string objection = objection_to(instances, most_triangles); !objection.empty())
     return send(encode_refusal(objection));
   const Format format = format_of(importer);
-  std::vector<Material> materials = materials_of(*scene, format);
-  const auto own_color_material = static_cast<std::uint32_t>(materials.size());
-  materials.push_back(Material{});
-  send(encode_head(materials, instances.size()));
+  Texture_Importer textures(*scene, path, format == Format::gltf);
+  const Materials materials(*scene, format, with_textures ? &textures : nullptr);
+  send(encode_head(
+      {materials.list(), textures.warnings(), textures.images().size(), instances.size()}));
+  for (const Image& image : textures.images()) send(encode_image(image));
   for (const Instance& instance : instances)
-    send(encode_mesh(mesh_of(instance, format, own_color_material)));
+    send(encode_mesh(mesh_of(instance, format, materials)));
 }
 
 }  // namespace kv

@@ -5,10 +5,12 @@
 #include <string>
 
 #include "apps/child_process.h"
+#include "apps/loader.h"
 
 namespace kv {
 
 // Reads OBJ, PLY, STL or glTF and sends one answer in the form of apps/wire.h.
-void import_model(const std::string& path, std::size_t most_triangles, const Child_Send& send);
+void import_model(const std::string& path, std::size_t most_triangles, const Load_Choices& choices,
+                  const Child_Send& send);
 
 }  // namespace kv

@@ -6,39 +6,26 @@
 
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <new>
 #include <optional>
-#include <sstream>
 #include <string>
+#include <utility>
 
 #include "apps/camera.h"
-#include "apps/device_geometry.h"
+#include "apps/commands.h"
+#include "apps/content.h"
+#include "apps/default_module.h"
 #include "apps/errors.h"
 #include "apps/host_session.h"
 #include "apps/loader.h"
 #include "apps/options.h"
 #include "apps/picture_file.h"
 #include "apps/scene.h"
+#include "apps/tile_renderer.h"
 
 namespace {
 
 using namespace kv;
-
-// The first of the places in KVDRAW_DEFAULT_MODULE that exists. Relative ones are meant from the
-// folder of the program.
-std::string default_module() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  std::istringstream places(KVDRAW_DEFAULT_MODULE);
-  std::string first;
-  for (std::string place; std::getline(places, place, ':');) {
-    const std::string module = (program.parent_path() / place).lexically_normal().string();
-    if (std::filesystem::exists(module, error)) return module;
-    if (first.empty()) first = module;
-  }
-  return first;
-}
 
 void check_not_same_file(const Options& options) {
   struct stat model {};
@@ -50,27 +37,32 @@ void check_not_same_file(const Options& options) {
                   "name another picture");
 }
 
-Content content_of(const Scene& scene, View& view, const Drawing& drawing) {
-  const auto opacity = static_cast<float>(drawing.opacity);
-  const Style style = drawing.style;
-  if (style == Style::hidden_line) view.leave_depth(hidden_line_offset);
-  Content content;
-  if (shows_faces(style))
-    content.faces = device_geometry(scene, view, style == Style::shaded ? Mode::shaded : Mode::flat,
-                                    opacity);
-  if (shows_lines(style)) content.lines = device_lines(scene, view, drawing.lines.edges, opacity);
-  if (style == Style::points) content.dots = device_dots(scene, view, opacity);
-  return content;
+void warn(const std::string& path, const std::string& what) {
+  const std::string line = one_line(path) + ": warning: " + one_line(what);
+  std::fprintf(stderr, "kvdraw: %s\n", line.c_str());
 }
 
 void run(const Options& options) {
   check_not_same_file(options);
   // First of all, while there is one thread: loading forks.
-  const Scene scene = make_scene(load_model(options.model_path, options.limits));
-  Host_Session session(options.module_path, options.variant, options.size, options.drawing,
+  const Scene scene =
+      make_scene(load_model(options.model_path, options.limits, load_choices(options)));
+  Image background;
+  if (!options.background_picture.empty())
+    background = load_image(options.background_picture, options.limits);
+  for (const std::string& warning : scene.model.warnings) warn(options.model_path, warning);
+  const Tile_Grid grid{options.size, options.tile.value_or(options.size)};
+  const Size frame = options.tile ? frame_size(grid) : options.size;
+  Host_Session session(options.module_path, options.variant, frame, options.drawing,
                        options.background);
+  session.set_textures(scene.model);
+  if (!background.texels.empty()) session.set_background_picture(std::move(background));
   View view(options.camera, options.size.width, options.size.height, scene.model);
-  session.draw(content_of(scene, view, options.drawing));
+  Content content = content_of(scene, view, options.drawing);
+  if (options.tile)
+    return write_in_tiles(options.picture_path, session, std::move(content), grid,
+                          options.tile_index, options.drawing.lines.width);
+  session.draw(content);
   write_picture_file(options.picture_path, session.read_picture());
 }
 
@@ -87,6 +79,7 @@ int main(int argc, char** argv) {
   signal(SIGXFSZ, SIG_IGN);
   std::string picture_path;
   try {
+    if (const std::optional<int> code = run_command(argc, argv)) return *code;
     const std::optional<Options> options = parse_options(argc, argv, default_module());
     if (!options) return 0;
     picture_path = options->picture_path;

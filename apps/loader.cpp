@@ -7,14 +7,17 @@
 
 #include <cerrno>
 #include <exception>
+#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <utility>
 
 #include "apps/child_process.h"
 #include "apps/errors.h"
+#include "apps/image_codec.h"
 #include "apps/importer.h"
 #include "apps/mesh_repair.h"
+#include "apps/texture_importer.h"
 #include "apps/validation.h"
 #include "apps/wire.h"
 
@@ -31,10 +34,10 @@ std::string megabytes(std::size_t bytes) {
 }
 
 // What can be said without parsing, in words better than a parser's.
-void check_file(const std::string& path, const Load_Limits& limits) {
+void check_file(const std::string& path, const std::string& kind, const Load_Limits& limits) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) refuse(path, system_words(errno));
-  if (S_ISDIR(status.st_mode)) refuse(path, "this is a directory, not a model");
+  if (S_ISDIR(status.st_mode)) refuse(path, "this is a directory, not a " + kind);
   if (!S_ISREG(status.st_mode)) refuse(path, "this is not a regular file");
   if (status.st_size == 0) refuse(path, "the file is empty");
   if (static_cast<std::size_t>(status.st_size) > limits.memory_bytes)
@@ -74,40 +77,74 @@ void check_end(const std::string& path, const Load_Limits& limits, const Child_R
 }
 
 // The longest answer the importer may send for this many triangles, with room for the small parts.
+// A face of n corners counts as n - 2 triangles: there are at most three corners a triangle, each
+// with a vertex and an index, and fewer faces.
 std::size_t answer_bytes(std::size_t triangles) {
   constexpr std::size_t room = std::size_t{16} << 20;
-  return triangles * 3 * (sizeof(Vertex) + sizeof(std::uint32_t)) + room;
+  return triangles * 3 * (sizeof(Vertex) + 2 * sizeof(std::uint32_t)) +
+         most_texels * sizeof(Texel) + room;
 }
 
-Model run_loader(const std::string& path, const Load_Limits& limits) {
-  const Child_Limits child_limits{limits.seconds, limits.memory_bytes,
-                                  answer_bytes(limits.triangles)};
-  Child_Result result = run_in_child(
-      child_limits, [&](const Child_Send& send) { import_model(path, limits.triangles, send); });
+Loader_Answer run_loader(const std::string& path, const Load_Limits& limits, std::size_t most_bytes,
+                         const Child_Job& job) {
+  const Child_Limits child_limits{limits.seconds, limits.memory_bytes, most_bytes};
+  const Child_Result result = run_in_child(child_limits, job);
   check_end(path, limits, result);
   Loader_Answer answer = decode_answer(result.answer);
   if (!answer.refusal.empty()) refuse(path, answer.refusal);
-  return std::move(answer.model);
+  return answer;
+}
+
+// What else may go wrong on the way is a failure of this file, too.
+template <class Load>
+auto loaded(const std::string& path, const std::string& kind, Load load) {
+  try {
+    return load();
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    refuse(path, "the " + kind + " does not fit into memory");
+  } catch (const std::exception& error) {
+    refuse(path, error.what(), "the file is damaged");
+  }
+}
+
+void send_image(const std::string& path, const Child_Send& send) {
+  std::ifstream file(path, std::ios::binary);
+  const std::vector<char> content(std::istreambuf_iterator<char>(file), {});
+  try {
+    const Image image = decode_image(std::as_bytes(std::span(content)), is_named_tga(path));
+    send(encode_image_head());
+    send(encode_image(image));
+  } catch (const std::runtime_error& error) {
+    send(encode_refusal(std::string("the picture ") + error.what() +
+                        "; PNG, JPEG and TGA can be read"));
+  }
 }
 
 }  // namespace
 
-Model load_model(const std::string& path, const Load_Limits& limits) {
-  check_file(path, limits);
-  try {
-    Model model = run_loader(path, limits);
+Model load_model(const std::string& path, const Load_Limits& limits, const Load_Choices& choices) {
+  check_file(path, "model", limits);
+  return loaded(path, "model", [&] {
+    const auto import = [&](const Child_Send& send) {
+      import_model(path, limits.triangles, choices, send);
+    };
+    Model model = run_loader(path, limits, answer_bytes(limits.triangles), import).model;
     check_model(model, limits.triangles);
     for (Mesh& mesh : model.meshes) repair_mesh(mesh);
     if (triangle_count(model) == 0)
       refuse(path, "the model has no triangle", "there is nothing to draw");
     return model;
-  } catch (const Failure&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    refuse(path, "the model does not fit into memory");
-  } catch (const std::exception& error) {
-    refuse(path, error.what(), "the file is damaged");
-  }
+  });
+}
+
+Image load_image(const std::string& path, const Load_Limits& limits) {
+  check_file(path, "picture", limits);
+  constexpr std::size_t most_bytes = sizeof(Texel) * largest_image_side * largest_image_side + 1024;
+  const auto decode = [&](const Child_Send& send) { send_image(path, send); };
+  return loaded(path, "picture",
+                [&] { return run_loader(path, limits, most_bytes, decode).image; });
 }
 
 }  // namespace kv

@@ -8,7 +8,7 @@ namespace kv {
 // Edges sharper than this stay edges when normals are made.
 inline constexpr double crease_degrees = 40;
 
-// Drops triangles without an area, makes normals where there are none, joins equal vertices.
+// Drops faces without an area, makes normals where there are none, joins equal vertices.
 void repair_mesh(Mesh& mesh);
 
 }  // namespace kv

@@ -20,25 +20,39 @@ Eye_Point crossing(const Eye_Point& kept, const Eye_Point& dropped, double near_
                  between(kept.color.green, dropped.color.green, part),
                  between(kept.color.blue, dropped.color.blue, part),
                  between(kept.color.alpha, dropped.color.alpha, part)};
+  point.place = {between(kept.place.s, dropped.place.s, part),
+                 between(kept.place.t, dropped.place.t, part)};
   return point;
+}
+
+// Calls `add` with the corners of what is left of a face, in their order around it.
+template <class Add>
+void clip_face(std::span<const Eye_Point> face, double near_plane, Add add) {
+  const auto kept = [&](const Eye_Point& point) { return point.position.z >= near_plane; };
+  for (std::size_t i = 0; i < face.size(); ++i) {
+    const Eye_Point& here = face[i];
+    const Eye_Point& next = face[(i + 1) % face.size()];
+    if (kept(here)) add(here);
+    if (kept(here) && !kept(next)) add(crossing(here, next, near_plane));
+    if (!kept(here) && kept(next)) add(crossing(next, here, near_plane));
+  }
 }
 
 }  // namespace
 
 Clipped_Strip clip_near(const std::array<Eye_Point, 3>& triangle, double near_plane) {
   Clipped_Strip polygon;
-  const auto add = [&](const Eye_Point& point) { polygon.points[polygon.count++] = point; };
-  const auto kept = [&](const Eye_Point& point) { return point.position.z >= near_plane; };
-  for (std::size_t i = 0; i < 3; ++i) {
-    const Eye_Point& here = triangle[i];
-    const Eye_Point& next = triangle[(i + 1) % 3];
-    if (kept(here)) add(here);
-    if (kept(here) && !kept(next)) add(crossing(here, next, near_plane));
-    if (!kept(here) && kept(next)) add(crossing(next, here, near_plane));
-  }
+  clip_face(triangle, near_plane,
+            [&](const Eye_Point& point) { polygon.points[polygon.count++] = point; });
   // From the order around a quadrilateral to that of a strip.
   if (polygon.count == 4) std::swap(polygon.points[2], polygon.points[3]);
   return polygon;
+}
+
+void clip_near(std::vector<Eye_Point>& face, double near_plane) {
+  std::vector<Eye_Point> rest;
+  clip_face(face, near_plane, [&](const Eye_Point& point) { rest.push_back(point); });
+  face = std::move(rest);
 }
 
 bool clip_near(std::array<Eye_Point, 2>& ends, double near_plane) {

@@ -20,7 +20,7 @@ std::optional<std::uint32_t> number_in(std::string_view text, int base) {
 
 std::optional<int> side_in(std::string_view text) {
   const std::optional<std::uint32_t> value = number_in(text, 10);
-  if (!value || *value < 1 || *value > largest_side) return std::nullopt;
+  if (!value || *value < 1 || *value > largest_picture_side) return std::nullopt;
   return static_cast<int>(*value);
 }
 
@@ -36,15 +36,19 @@ constexpr std::pair<std::string_view, std::uint32_t> named_colors[] = {
 
 }  // namespace
 
-Size parse_size(const std::string& text) {
+std::optional<Size> find_size(const std::string& text) {
   const std::size_t cross = text.find('x');
-  if (cross != std::string::npos) {
-    const auto width = side_in(std::string_view(text).substr(0, cross));
-    const auto height = side_in(std::string_view(text).substr(cross + 1));
-    if (width && height) return {*width, *height};
-  }
+  if (cross == std::string::npos) return std::nullopt;
+  const auto width = side_in(std::string_view(text).substr(0, cross));
+  const auto height = side_in(std::string_view(text).substr(cross + 1));
+  if (!width || !height) return std::nullopt;
+  return Size{*width, *height};
+}
+
+Size parse_size(const std::string& text) {
+  if (const auto size = find_size(text)) return *size;
   throw std::invalid_argument("'" + text + "' is no size; write WIDTHxHEIGHT, each from 1 to " +
-                              std::to_string(largest_side));
+                              std::to_string(largest_picture_side));
 }
 
 Color parse_color(const std::string& text) {

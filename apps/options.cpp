@@ -1,37 +1,26 @@
 #include "apps/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <stdexcept>
 
+#include "apps/commands.h"
 #include "apps/errors.h"
+#include "apps/option_words.h"
+#include "apps/tiles.h"
 
 namespace kv {
 namespace {
 
-const std::map<std::string, Variant> variants = {
-    {"rgb", Variant::rgb},
-    {"rgb-z", Variant::rgb_z},
-    {"rgb-alpha", Variant::rgb_alpha},
-    {"rgb-alpha-z", Variant::rgb_alpha_z},
-    {"mapped", Variant::mapped},
-    {"mapped-z", Variant::mapped_z},
-};
-const std::map<std::string, Style> styles = {{"shaded", Style::shaded},
-                                             {"flat", Style::flat},
-                                             {"wireframe", Style::wireframe},
-                                             {"hidden-line", Style::hidden_line},
-                                             {"points", Style::points}};
-const std::map<std::string, Edge_Choice> edge_choices = {{"all", Edge_Choice::all},
-                                                         {"feature", Edge_Choice::feature}};
-const std::map<std::string, int> palettes = {
-    {"cube2", 2}, {"cube3", 3}, {"cube4", 4}, {"cube5", 5}, {"cube6", 6}};
-const std::map<std::string, bool> clips = {{"circle", true}};
-const std::map<std::string, Up_Axis> axes = {
-    {"x", Up_Axis::x}, {"y", Up_Axis::y}, {"z", Up_Axis::z}};
+using namespace words;
+
+[[noreturn]] void refuse(const std::string& what, const std::string& program = "kvdraw") {
+  throw Failure(Exit_Code::usage, {}, what, "see " + program + " --help");
+}
 
 // Adds an option whose text `parse` turns into `target`; what it throws is shown to the user.
 template <class Value>
@@ -76,11 +65,28 @@ CLI::Option* add_whole_number(CLI::App& app, const std::string& name, Number& ta
   const auto parse = [low, high](const std::string& text) -> Number {
     int value = 0;
     if (!CLI::detail::lexical_cast(text, value) || value < low || value > high)
-      throw std::invalid_argument("'" + text + "' is no whole number from " +
-                                  std::to_string(low) + " to " + std::to_string(high));
+      throw std::invalid_argument("'" + text + "' is no whole number from " + std::to_string(low) +
+                                  " to " + std::to_string(high));
     return value;
   };
   return add_parsed<Number>(app, name, target, parse, help)->type_name("N");
+}
+
+CLI::Option* add_pan_option(CLI::App& app, Camera_Options& camera) {
+  const auto take = [&camera](const std::string& text) {
+    const std::size_t comma = text.find(',');
+    const auto part_in = [&](const std::string& part, double& target) {
+      return CLI::detail::lexical_cast(part, target) && std::abs(target) <= farthest_pan;
+    };
+    if (comma == std::string::npos || !part_in(text.substr(0, comma), camera.pan_x) ||
+        !part_in(text.substr(comma + 1), camera.pan_y))
+      throw std::invalid_argument("'" + text + "' is no pair X,Y of numbers up to " +
+                                  std::to_string(static_cast<int>(farthest_pan)));
+  };
+  return app
+      .add_option_function<std::string>(
+          "--pan", take, "moves the picture right and up, in parts of its shorter side (0,0)")
+      ->type_name("X,Y");
 }
 
 void add_camera_options(CLI::App& app, Camera_Options& camera) {
@@ -92,12 +98,17 @@ void add_camera_options(CLI::App& app, Camera_Options& camera) {
   add_number(app, "--elevation", camera.elevation, -90, 90, "angle above the horizon (20)")
       ->type_name("DEG")
       ->group(group);
-  add_number(app, "--zoom", camera.zoom, 0.001, 1000, "1 shows the whole model (1)")
+  add_number(app, "--zoom", camera.zoom, least_zoom, greatest_zoom, "1 shows the whole model (1)")
       ->type_name("F")
       ->group(group);
   add_number(app, "--distance", camera.distance, 0, 1000,
              "of the eye, 1 shows the whole model, 0 is its middle (1)")
       ->type_name("F")
+      ->group(group);
+  add_pan_option(app, camera)->group(group);
+  add_choice(app, "--framing", camera.framing, framings,
+             "what fits the window at zoom 1: the model as it is seen, or the sphere around\n"
+             "it, so that the model keeps its size from all sides (close; in kvview steady)")
       ->group(group);
   app.add_flag("--ortho", camera.orthographic, "parallel projection")->group(group);
   add_choice(app, "--up", camera.up, axes, "up axis of the model (y)")->group(group);
@@ -135,10 +146,100 @@ void add_drawing_options(CLI::App& app, Drawing& drawing) {
       ->group(group);
   add_choice(app, "--clip", drawing.circle_clip, clips, "draw only inside this shape")
       ->group(group);
+  app.add_flag("--polygons", drawing.polygons,
+               "hand faces of more than three corners over whole, each in one colour and without\n"
+               "textures")
+      ->group(group);
   app.add_flag("--merge", drawing.merge,
                "join overlapping faces like inks on the background; the module merges flat and\n"
                "one-coloured faces without depth")
       ->group(group);
+}
+
+void add_texture_options(CLI::App& app, Options& options) {
+  const std::string group = "Textures";
+  Texture_Drawing& textures = options.drawing.textures;
+  add_choice(app, "--texture", textures.filter, texture_filters,
+             "the nearest texel, or the mean of the nearest four (nearest)")
+      ->group(group);
+  app.add_flag("--perspective-correct", textures.perspective_correct,
+               "textures keep their perspective on large faces")
+      ->group(group);
+  app.add_flag_callback(
+         "--no-textures", [&options] { options.textures = false; }, "the materials' colours alone")
+      ->group(group);
+}
+
+// A colour, or else the name of a picture.
+void add_background_option(CLI::App& app, Options& options) {
+  const auto take = [&options](const std::string& text) {
+    try {
+      options.background = parse_color(text);
+    } catch (const std::invalid_argument& error) {
+      const bool names_file = text.find_first_of("./") != std::string::npos && text[0] != '#';
+      if (!names_file)
+        throw std::invalid_argument(std::string(error.what()) + ", or the file of a picture");
+      options.background_picture = text;
+    }
+  };
+  app.add_option_function<std::string>("--background", take,
+                                       "a colour, or a picture (PNG, JPEG or TGA) that is scaled\n"
+                                       "to cover the frame (#edf0f2)")
+      ->type_name("COLOR|FILE");
+}
+
+void add_tile_options(CLI::App& app, Options& options) {
+  const std::string group = "Pictures larger than a frame buffer";
+  const auto parse = [](const std::string& text) {
+    const bool square = text.find('x') == std::string::npos;
+    const std::optional<Size> tile = find_size(square ? text + "x" + text : text);
+    if (!tile || std::max(tile->width, tile->height) > largest_side ||
+        std::min(tile->width, tile->height) < smallest_tile_side)
+      throw std::invalid_argument("'" + text + "' is no size of tiles; write N or WIDTHxHEIGHT, " +
+                                  "each from " + std::to_string(smallest_tile_side) + " to " +
+                                  std::to_string(largest_side));
+    return tile;
+  };
+  add_parsed<std::optional<Size>>(app, "--tile", options.tile, parse,
+                                  "draw tile by tile, each in a frame buffer of this size")
+      ->type_name("N|WxH")
+      ->group(group);
+  const auto parse_index = [](const std::string& text) {
+    int value = 0;
+    if (!CLI::detail::lexical_cast(text, value) || value < 0)
+      throw std::invalid_argument("'" + text + "' is no number of a tile; 0 is the left top one");
+    return std::optional<int>(value);
+  };
+  add_parsed<std::optional<int>>(app, "--tile-index", options.tile_index, parse_index,
+                                 "draw one tile alone into its own file, for kvdraw join")
+      ->type_name("I")
+      ->group(group);
+}
+
+// What renderers do otherwise for a primitive that the edge of a frame buffer cuts, so that tiles
+// would not fit together.
+void check_whole_over_tiles(const Drawing& drawing, const Variant& variant) {
+  if (drawing.merge && !variant.depth && !variant.alpha)
+    refuse("--merge does not fit together over the edges of tiles in this variant; rgb-alpha does");
+  if (drawing.circle_clip && (shows_lines(drawing.style) || drawing.faces_as_edges))
+    refuse("--clip does not hold for lines that the edge of a tile cuts; leave out --clip or --tile");
+}
+
+void check_tiles(const Options& options) {
+  const std::string size =
+      std::to_string(options.size.width) + "x" + std::to_string(options.size.height);
+  if (!options.tile) {
+    if (std::max(options.size.width, options.size.height) > largest_side)
+      refuse("--size " + size + " is larger than a frame buffer, which has at most " +
+             std::to_string(largest_side) + " a side; add --tile 1024 to draw it in tiles");
+    if (options.tile_index) refuse("--tile-index without --tile, which gives the tiles' size");
+    return;
+  }
+  const int count = Tile_Grid{options.size, *options.tile}.count();
+  if (options.tile_index && *options.tile_index >= count)
+    refuse("--tile-index " + std::to_string(*options.tile_index) + ": a picture of " + size +
+           " in such tiles has " + std::to_string(count) + ", 0 to " + std::to_string(count - 1));
+  check_whole_over_tiles(options.drawing, options.variant);
 }
 
 void add_limit_options(CLI::App& app, Load_Limits& limits, double& megabytes, double& triangles) {
@@ -154,28 +255,46 @@ void add_limit_options(CLI::App& app, Load_Limits& limits, double& megabytes, do
       ->group(group);
 }
 
-void add_options(CLI::App& app, Options& options) {
+void add_model(CLI::App& app, Options& options) {
   app.add_option("MODEL", options.model_path, "model file: OBJ, PLY, STL or glTF")
       ->required()
       ->type_name("");
-  app.add_option("-o,--output", options.picture_path, "picture to write, PNG")
-      ->required()
-      ->type_name("FILE");
+}
+
+void add_options(CLI::App& app, Options& options) {
   add_parsed<Size>(app, "--size", options.size, parse_size, "of the picture (1024x768)")
       ->type_name("WxH");
   add_choice(app, "--variant", options.variant, variants, "configuration of the module (rgb-z)");
   add_choice(app, "--mode", options.drawing.style, styles, "what is drawn of the model (shaded)");
-  add_parsed<Color>(app, "--background", options.background, parse_color, "(#edf0f2)")
-      ->type_name("COLOR");
+  add_background_option(app, options);
   app.add_option("--module", options.module_path, "renderer module to draw with")
       ->type_name("FILE");
   add_camera_options(app, options.camera);
   add_drawing_options(app, options.drawing);
+  add_texture_options(app, options);
   add_line_options(app, options.drawing);
 }
 
-[[noreturn]] void refuse(const std::string& what) {
-  throw Failure(Exit_Code::usage, {}, what, "see kvdraw --help");
+// Adds the limits and parses. False when the user only asked for help, which is then printed.
+bool parse(CLI::App& app, Options& options, int argc, char** argv) {
+  double megabytes = static_cast<double>(options.limits.memory_bytes >> 20);
+  double triangles = static_cast<double>(options.limits.triangles);
+  add_limit_options(app, options.limits, megabytes, triangles);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << app.help();
+    return false;
+  } catch (const CLI::ParseError& error) {
+    refuse(error.what(), app.get_name());
+  } catch (const std::invalid_argument& error) {
+    refuse(error.what(), app.get_name());
+  }
+  options.limits.memory_bytes = static_cast<std::size_t>(megabytes) << 20;
+  options.limits.triangles = static_cast<std::size_t>(triangles);
+  if (options.drawing.opacity < 1 && !options.variant.direct_color)
+    refuse("--opacity asks for blending, which the mapped variants do not do", app.get_name());
+  return true;
 }
 
 }  // namespace
@@ -183,25 +302,29 @@ void add_options(CLI::App& app, Options& options) {
 std::optional<Options> parse_options(int argc, char** argv, const std::string& default_module) {
   Options options;
   options.module_path = default_module;
-  double megabytes = static_cast<double>(options.limits.memory_bytes >> 20);
-  double triangles = static_cast<double>(options.limits.triangles);
   CLI::App app("Draws a 3D model into a picture.", "kvdraw");
+  app.footer(commands_help());
+  add_model(app, options);
+  app.add_option("-o,--output", options.picture_path, "picture to write, PNG")
+      ->required()
+      ->type_name("FILE");
   add_options(app, options);
-  add_limit_options(app, options.limits, megabytes, triangles);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    std::cout << app.help();
-    return std::nullopt;
-  } catch (const CLI::ParseError& error) {
-    refuse(error.what());
-  } catch (const std::invalid_argument& error) {
-    refuse(error.what());
-  }
-  options.limits.memory_bytes = static_cast<std::size_t>(megabytes) << 20;
-  options.limits.triangles = static_cast<std::size_t>(triangles);
-  if (options.drawing.opacity < 1 && !options.variant.direct_color)
-    refuse("--opacity asks for blending, which the mapped variants do not do");
+  add_tile_options(app, options);
+  if (!parse(app, options, argc, argv)) return std::nullopt;
+  check_tiles(options);
+  return options;
+}
+
+std::optional<Options> parse_view_options(int argc, char** argv,
+                                          const std::string& default_module) {
+  Options options;
+  options.module_path = default_module;
+  options.camera.framing = Framing::steady;
+  CLI::App app("Shows a 3D model in a window. The key h tells of the other keys.", "kvview");
+  add_model(app, options);
+  add_options(app, options);
+  if (!parse(app, options, argc, argv)) return std::nullopt;
+  check_tiles(options);
   return options;
 }
 

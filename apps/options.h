@@ -18,15 +18,22 @@ struct Options {
   std::string picture_path;
   std::string module_path;
   Size size;
+  std::optional<Size> tile;  // the picture is drawn in tiles of this size
+  std::optional<int> tile_index;  // of these, one alone
   Variant variant = Variant::rgb_z;
   Camera_Options camera;
   Drawing drawing;
   Color background{0.93f, 0.94f, 0.95f, 1};
+  std::string background_picture;  // drawn over the colour; empty: none
+  bool textures = true;
   Load_Limits limits;
 };
 
 // Nothing when the user only asked for help, which is then printed. Throws a Failure of
 // Exit_Code::usage. `default_module` serves when no module is named.
 std::optional<Options> parse_options(int argc, char** argv, const std::string& default_module);
+// The same for kvview, which names no picture. Its model keeps its size while it turns.
+std::optional<Options> parse_view_options(int argc, char** argv,
+                                          const std::string& default_module);
 
 }  // namespace kv

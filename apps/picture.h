@@ -17,8 +17,12 @@ struct Picture {
         height(h),
         pixels(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 3) {}
 
-  std::uint8_t* row(int y) {
-    return pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width) * 3;
+  std::uint8_t* row(int y) { return pixels.data() + row_start(y); }
+  const std::uint8_t* row(int y) const { return pixels.data() + row_start(y); }
+
+ private:
+  std::size_t row_start(int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) * 3;
   }
 };
 

@@ -8,15 +8,23 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
+#include <functional>
+#include <stdexcept>
 #include <utility>
 
 #include "apps/errors.h"
-#include "apps/png_writer.h"
 
 namespace kv {
 namespace {
+
+struct Picture_Rows {
+  Size size;
+  const Png_Notes& notes;
+  const std::function<void(Png_Writer&)>& write;
+};
+
+constexpr int ending_signals[] = {SIGINT, SIGTERM, SIGHUP};
 
 [[noreturn]] void fail(const std::string& path, const std::string& what) {
   throw Failure(Exit_Code::output, path, what, "the picture was not written");
@@ -33,7 +41,8 @@ class Signals_Held {
   Signals_Held() {
     sigset_t ending;
     sigemptyset(&ending);
-    for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal_number);
+    for (const int signal_number : ending_signals)
+      if (!is_ignored(signal_number)) sigaddset(&ending, signal_number);
     pthread_sigmask(SIG_BLOCK, &ending, &before_);
   }
   Signals_Held(const Signals_Held&) = delete;
@@ -41,6 +50,12 @@ class Signals_Held {
   ~Signals_Held() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
  private:
+  // A signal that is ignored would wait all the same.
+  static bool is_ignored(int signal_number) {
+    struct sigaction action {};
+    return sigaction(signal_number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+  }
+
   sigset_t before_;
 };
 
@@ -58,12 +73,14 @@ class Stream {
     if (stream_) std::fclose(stream_);
   }
 
-  void write(const Picture& picture) {
-    errno = 0;
+  void write(const Picture_Rows& rows) {
     try {
-      write_png(stream_, picture);
-    } catch (const std::exception& error) {
-      if (errno != 0) fail(path_, errno);
+      Png_Writer writer(stream_, rows.size, rows.notes);
+      rows.write(writer);
+      writer.finish();
+    } catch (const Failure&) {
+      throw;
+    } catch (const std::runtime_error& error) {
       fail(path_, error.what());
     }
     if (std::fflush(stream_) != 0) fail(path_, errno);
@@ -81,11 +98,11 @@ class Stream {
   std::string path_;
 };
 
-void write_directly(const std::string& path, const Picture& picture) {
+void write_directly(const std::string& path, const Picture_Rows& rows) {
   const int file = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (file < 0) fail(path, errno);
   Stream stream(file, path);
-  stream.write(picture);
+  stream.write(rows);
   stream.finish();
 }
 
@@ -130,32 +147,51 @@ mode_t usual_rights() {
 }
 
 void write_and_rename(const std::string& path, const std::filesystem::path& target, mode_t rights,
-                      const Picture& picture) {
+                      const Picture_Rows& rows) {
   const Signals_Held signals_held;
   Temporary_File temporary(target, path);
   Stream stream(temporary.file(), path);
-  stream.write(picture);
+  stream.write(rows);
   if (fchmod(stream.file(), rights) != 0) fail(path, errno);
   stream.finish();
   temporary.become(target, path);
 }
 
-}  // namespace
-
-void write_picture_file(const std::string& path, const Picture& picture) {
+void write_file(const std::string& path, const Picture_Rows& rows) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
     if (errno != ENOENT) fail(path, errno);
-    return write_and_rename(path, path, usual_rights(), picture);
+    return write_and_rename(path, path, usual_rights(), rows);
   }
   if (S_ISDIR(status.st_mode)) fail(path, EISDIR);
-  if (!S_ISREG(status.st_mode)) return write_directly(path, picture);
+  if (!S_ISREG(status.st_mode)) return write_directly(path, rows);
   if (access(path.c_str(), W_OK) != 0) fail(path, errno);
   // Behind a symbolic link, it is the file that is replaced and not the link.
   std::error_code error;
   const std::filesystem::path target = std::filesystem::canonical(path, error);
   if (error) fail(path, error.message());
-  write_and_rename(path, target, status.st_mode & 0777, picture);
+  write_and_rename(path, target, status.st_mode & 0777, rows);
+}
+
+}  // namespace
+
+void write_picture_file(const std::string& path, const Picture& picture) {
+  write_picture_file(path, {picture.width, picture.height}, {}, [&](Png_Writer& writer) {
+    for (int y = 0; y < picture.height; ++y) writer.row(picture.row(y));
+  });
+}
+
+void write_picture_file(const std::string& path, const Size& size, const Png_Notes& notes,
+                        const std::function<void(Png_Writer&)>& write_rows) {
+  write_file(path, {size, notes, write_rows});
+}
+
+void stop_if_asked() {
+  sigset_t waiting;
+  sigemptyset(&waiting);
+  sigpending(&waiting);
+  for (const int signal_number : ending_signals)
+    if (sigismember(&waiting, signal_number) == 1) fail({}, "stopped by a signal");
 }
 
 }  // namespace kv

@@ -1,8 +1,11 @@
 // A model made ready to be drawn from any side.
 #pragma once
 
+#include <array>
+#include <optional>
 #include <vector>
 
+#include "apps/edges.h"
 #include "apps/model.h"
 #include "apps/strips.h"
 
@@ -11,6 +14,19 @@ namespace kv {
 struct Scene {
   Model model;
   std::vector<Strip_Set> strips;  // by mesh
+
+  // By mesh. Found when they are first asked for; not for several threads at once.
+  const std::vector<std::vector<Edge>>& edges(Edge_Choice choice) const {
+    auto& found = edges_[choice == Edge_Choice::feature ? 1 : 0];
+    if (!found) {
+      found.emplace();
+      for (const Mesh& mesh : model.meshes) found->push_back(edges_of(mesh, choice));
+    }
+    return *found;
+  }
+
+ private:
+  mutable std::array<std::optional<std::vector<std::vector<Edge>>>, 2> edges_;
 };
 
 inline Scene make_scene(Model model) {

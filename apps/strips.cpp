@@ -48,7 +48,7 @@ Strip_Set make_strips(const Mesh& mesh) {
   constexpr std::uint32_t restart = ~std::uint32_t{0};
   const std::size_t index_count = mesh.indices.size();
   Strip_Set set;
-  if (index_count == 0) return set;
+  if (index_count == 0 || mesh.has_polygons()) return set;
   std::vector<std::uint32_t> ordered(index_count);
   meshopt_optimizeVertexCacheStrip(ordered.data(), mesh.indices.data(), index_count,
                                    mesh.vertices.size());

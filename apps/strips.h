@@ -25,7 +25,7 @@ struct Strip_Set {
   }
 };
 
-// Every triangle of the mesh, once and with its winding.
+// Every triangle of the mesh, once and with its winding; of a mesh with polygons nothing.
 Strip_Set make_strips(const Mesh& mesh);
 
 // The corners of triangle `t` of a strip, in the winding of the mesh.

@@ -16,13 +16,22 @@ namespace kv {
 using Bytes = std::vector<std::byte>;
 
 Bytes encode_refusal(std::string_view reason);
-// A model travels as its head and then each of its meshes.
-Bytes encode_head(const std::vector<Material>& materials, std::size_t mesh_count);
+// A model travels as its head and then each of its textures and meshes.
+struct Model_Head {
+  std::vector<Material> materials;
+  std::vector<std::string> warnings;
+  std::size_t texture_count = 0, mesh_count = 0;
+};
+Bytes encode_head(const Model_Head& head);
+Bytes encode_image(const Image& image);
 Bytes encode_mesh(const Mesh& mesh);
+// An image alone is an answer of its own.
+Bytes encode_image_head();
 
 struct Loader_Answer {
-  std::string refusal;  // why there is no model; empty when there is one
+  std::string refusal;  // why there is no model or image; empty when there is one
   Model model;
+  Image image;
 };
 
 // Throws std::runtime_error when the bytes are not an answer. The contents are not checked here.

@@ -100,17 +100,25 @@ TEST_F(Child_Process, an_exception_or_an_exit_is_no_answer) {
 }
 
 Bytes sample_answer() {
-  const Model model = shapes::box({}, {1, 2, 3});
-  Bytes bytes = encode_head(model.materials, 1);
-  const Bytes mesh = encode_mesh(model.meshes[0]);
-  bytes.insert(bytes.end(), mesh.begin(), mesh.end());
+  Model model = shapes::box({}, {1, 2, 3});
+  model.materials[0].texture = 0;
+  Bytes bytes = encode_head({model.materials, {"a warning"}, 1, 2});
+  const auto add = [&](const Bytes& part) { bytes.insert(bytes.end(), part.begin(), part.end()); };
+  add(encode_image(Image(4, 2)));
+  add(encode_mesh(model.meshes[0]));
+  model.meshes[0].face_sizes = {4, 5, 27};
+  add(encode_mesh(model.meshes[0]));
   return bytes;
 }
 
 TEST(Wire, brings_models_and_refusals) {
   const Loader_Answer answer = decode_answer(sample_answer());
   const Model model = shapes::box({}, {1, 2, 3});
-  ASSERT_EQ(answer.model.meshes.size(), 1u);
+  ASSERT_EQ(answer.model.meshes.size(), 2u);
+  EXPECT_EQ(answer.model.meshes[1].face_sizes, (std::vector<std::uint32_t>{4, 5, 27}));
+  EXPECT_EQ(answer.model.warnings, std::vector<std::string>{"a warning"});
+  ASSERT_EQ(answer.model.textures.size(), 1u);
+  EXPECT_EQ(answer.model.textures[0].image.height, 2u);
   EXPECT_EQ(answer.model.meshes[0].indices, model.meshes[0].indices);
   EXPECT_EQ(answer.model.meshes[0].vertices[7].position.z, model.meshes[0].vertices[7].position.z);
   EXPECT_EQ(decode_answer(encode_refusal("because")).refusal, "because");
@@ -158,7 +166,11 @@ TEST(Validation, refuses_what_would_be_computed_with) {
   EXPECT_THAT(objection_to(bad), HasSubstr("vertex 8 of 8"));
   bad = good;
   bad.meshes[0].indices.pop_back();
-  EXPECT_THAT(objection_to(bad), HasSubstr("middle of a triangle"));
+  EXPECT_THAT(objection_to(bad), HasSubstr("middle of a face"));
+  bad.meshes[0].face_sizes = {30, 6};
+  EXPECT_THAT(objection_to(bad), HasSubstr("middle of a face"));
+  bad.meshes[0].face_sizes = {33, 2};
+  EXPECT_THAT(objection_to(bad), HasSubstr("fewer than three"));
   bad = good;
   bad.meshes[0].material = 1;
   EXPECT_THAT(objection_to(bad), HasSubstr("material"));
@@ -167,6 +179,18 @@ TEST(Validation, refuses_what_would_be_computed_with) {
     bad.meshes[0].vertices[3].position.y = number;
     EXPECT_THAT(objection_to(bad), HasSubstr("finite"));
   }
+}
+
+TEST(Validation, refuses_textures_that_are_not_prepared) {
+  Model model = shapes::box({}, {1, 1, 1});
+  model.materials[0].texture = 0;
+  EXPECT_THAT(objection_to(model), HasSubstr("texture that does not exist"));
+  model.textures = {{Image(4, 1), false}};
+  EXPECT_EQ(objection_to(model), "");
+  model.textures = {{Image(4, 3), false}};
+  EXPECT_THAT(objection_to(model), HasSubstr("sides"));
+  model.textures = {{Image(2 * largest_texture_side, 1), false}};
+  EXPECT_THAT(objection_to(model), HasSubstr("sides"));
 }
 
 TEST(Validation, repairs_colours_and_drops_bad_normals) {

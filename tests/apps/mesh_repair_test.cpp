@@ -23,6 +23,17 @@ TEST(Mesh_Repair, edges_stay_sharp_and_round_surfaces_become_smooth) {
   for (const Vertex& v : sphere.vertices) EXPECT_GT(dot(widen(v.normal), widen(v.position)), 0.99);
 }
 
+TEST(Mesh_Repair, polygons_stay_whole) {
+  Mesh box = shapes::box({}, {1, 2, 3}).meshes[0];
+  box.indices = {0, 2, 3, 1, 4, 5, 7, 6, 0, 1, 5, 4, 2, 6,
+                 7, 3, 0, 4, 6, 2, 1, 3, 7, 5, 0, 1, 0, 1};
+  box.face_sizes.assign(7, 4);
+  repair_mesh(box);
+  EXPECT_EQ(box.face_sizes, std::vector<std::uint32_t>(6, 4)) << "the flat one goes";
+  EXPECT_EQ(box.vertices.size(), 24u);
+  for (const Vertex& v : box.vertices) EXPECT_GT(dot(widen(v.normal), widen(v.position)), 0);
+}
+
 TEST(Mesh_Repair, joins_a_soup_of_triangles_even_across_signed_zeros) {
   Mesh soup = shapes::sphere(24), sphere = shapes::sphere(24);
   std::vector<Vertex> corners;

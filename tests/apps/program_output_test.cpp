@@ -1,37 +1,13 @@
 // The pictures the program writes, and what remains when it cannot write them.
-#include <png.h>
 #include <sys/stat.h>
 
 #include <array>
-#include <cstdint>
 #include <fstream>
 
+#include "tests/apps/decoded.h"
 #include "tests/apps/program.h"
 
 namespace {
-
-struct Decoded {
-  std::uint32_t width = 0, height = 0;
-  std::vector<std::uint8_t> bytes;
-
-  std::array<int, 3> at(std::uint32_t x, std::uint32_t y) const {
-    const std::size_t i = 3 * (std::size_t{y} * width + x);
-    return {bytes[i], bytes[i + 1], bytes[i + 2]};
-  }
-};
-
-Decoded decode(const std::string& path) {
-  Decoded picture;
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str())) << image.message;
-  image.format = PNG_FORMAT_RGB;
-  picture.width = image.width;
-  picture.height = image.height;
-  picture.bytes.resize(PNG_IMAGE_SIZE(image));
-  EXPECT_TRUE(png_image_finish_read(&image, nullptr, picture.bytes.data(), 0, nullptr));
-  return picture;
-}
 
 bool is_red(const std::array<int, 3>& color) {
   return color[0] > 60 && color[0] > 2 * color[1] && color[0] > 2 * color[2];
