@@ -109,9 +109,10 @@ template <Set set, Road road>
 void draw_clipped_triangle(const Strip& strip, const Held_Texture& held) {
   using namespace scan_detail;
   constexpr Member member{set, road, Form::clipped};
+  const KT_Shared_Image image = held.image;  // each of these triangles holds it for itself
   const auto dress = make_dress<member>(strip, held.texture());
   const Frame frame(strip.renderer);
-  const Corner_Setup setup(strip, *held.image);
+  const Corner_Setup setup(strip, *image);
   const Hard_Clip limits(strip.display_context().hard_clip, strip.renderer.device_origin);
   const Solid_Cover solid;
   Span<member, Solid_Cover, std::decay_t<decltype(dress)>> span(frame, solid, dress);

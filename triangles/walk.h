@@ -16,6 +16,7 @@
 #pragma once
 
 #include <algorithm>
+#include <limits>
 
 #include "triangles/lanes.h"
 
@@ -76,20 +77,25 @@ struct Hard_Clip {
 
   Hard_Clip(const KT_Int_Rectangle& clip, KT_Int_XY origin)
       : left(wrapped_difference(clip.left, origin.x)),
-        right(wrapped_sum(wrapped_difference(clip.right, origin.x), 1)),
+        right(behind(wrapped_difference(clip.right, origin.x))),
         bottom(wrapped_difference(clip.bottom, origin.y)),
-        top(wrapped_sum(wrapped_difference(clip.top, origin.y), 1)) {}
+        top(behind(wrapped_difference(clip.top, origin.y))) {}
+
+  /// The place behind `last`; behind the last int there is none.
+  static std::int32_t behind(std::int32_t last) {
+    return last == std::numeric_limits<std::int32_t>::max() ? last : last + 1;
+  }
 
   Row_Range rows(std::int32_t from, std::int32_t to) const {
     const std::int32_t first = std::max(bottom, from);
-    return {first, wrapped_difference(std::min(top, to), first)};
+    return {first, std::min(top, to) - first};
   }
   bool visits(std::int32_t) const { return true; }
   Run run(Word left_edge, Word right_edge) const {
     const std::int32_t whole_x = Position::whole_signed(left_edge);
     const std::int32_t whole_right = Position::whole_signed(right_edge);
     const std::int32_t x = std::max(left, whole_x);
-    return {x, wrapped_difference(std::min(right, whole_right), x), whole_x, whole_right};
+    return {x, std::min(right, whole_right) - x, whole_x, whole_right};
   }
 };
 
