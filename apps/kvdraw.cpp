@@ -20,6 +20,7 @@
 #include "apps/loader.h"
 #include "apps/options.h"
 #include "apps/picture_file.h"
+#include "apps/report.h"
 #include "apps/scene.h"
 #include "apps/tile_renderer.h"
 
@@ -42,11 +43,23 @@ void warn(const std::string& path, const std::string& what) {
   std::fprintf(stderr, "kvdraw: %s\n", line.c_str());
 }
 
+void tell(const std::string& lines) {
+  std::fputs(lines.c_str(), stderr);
+}
+
 void run(const Options& options) {
-  check_not_same_file(options);
+  Stages stages;
+  if (!options.info) check_not_same_file(options);
   // First of all, while there is one thread: loading forks.
   const Scene scene =
       make_scene(load_model(options.model_path, options.limits, load_choices(options)));
+  stages.done("loading");
+  if (options.info) {
+    std::printf("%s\n%s", one_line(options.model_path).c_str(), info_of(scene.model).c_str());
+    if (std::fflush(stdout) != 0)
+      throw Failure(Exit_Code::output, "standard output", "cannot be written");
+    return;
+  }
   Image background;
   if (!options.background_picture.empty())
     background = load_image(options.background_picture, options.limits);
@@ -59,11 +72,23 @@ void run(const Options& options) {
   if (!background.texels.empty()) session.set_background_picture(std::move(background));
   View view(options.camera, options.size.width, options.size.height, scene.model);
   Content content = content_of(scene, view, options.drawing);
-  if (options.tile)
-    return write_in_tiles(options.picture_path, session, std::move(content), grid,
-                          options.tile_index, options.drawing.lines.width);
+  stages.done("preparing");
+  if (options.tile) {
+    const std::string counts = counts_of(content);
+    write_in_tiles(options.picture_path, session, std::move(content), grid, options.tile_index,
+                   options.drawing.lines.width);
+    stages.done("drawing");
+    if (options.stats) tell(counts + stages.text());
+    return;
+  }
   session.draw(content);
-  write_picture_file(options.picture_path, session.read_picture());
+  stages.done("drawing");
+  const Picture picture = session.read_picture();
+  write_picture_file(options.picture_path, picture);
+  stages.done("writing");
+  if (!options.stats) return;
+  session.draw({});
+  tell(counts_of(content) + covered_text(picture, session.read_picture()) + stages.text());
 }
 
 int report(const Failure& failure) {

@@ -305,12 +305,18 @@ std::optional<Options> parse_options(int argc, char** argv, const std::string& d
   CLI::App app("Draws a 3D model into a picture.", "kvdraw");
   app.footer(commands_help());
   add_model(app, options);
-  app.add_option("-o,--output", options.picture_path, "picture to write, PNG")
-      ->required()
-      ->type_name("FILE");
+  CLI::Option* info =
+      app.add_flag("--info", options.info, "tell of the model on standard output, draw nothing");
+  CLI::Option* output =
+      app.add_option("-o,--output", options.picture_path, "picture to write, PNG (required)")
+          ->type_name("FILE")
+          ->excludes(info);
+  app.add_flag("--stats", options.stats, "tell of counts and times on standard error")
+      ->excludes(info);
   add_options(app, options);
   add_tile_options(app, options);
   if (!parse(app, options, argc, argv)) return std::nullopt;
+  if (!options.info && !*output) refuse("--output is required");
   check_tiles(options);
   return options;
 }

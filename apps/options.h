@@ -26,6 +26,8 @@ struct Options {
   Color background{0.93f, 0.94f, 0.95f, 1};
   std::string background_picture;  // drawn over the colour; empty: none
   bool textures = true;
+  bool info = false;   // tell of the model and draw nothing
+  bool stats = false;  // tell of the work
   Load_Limits limits;
 };
 

@@ -14,7 +14,7 @@
 namespace {
 
 [[noreturn]] void become_program(const std::vector<std::string>& arguments,
-                                 const std::string& folder, int errors,
+                                 const std::string& folder, int errors, int output,
                                  unsigned long most_file_bytes) {
   std::vector<char*> words;
   std::string program = KVDRAW;
@@ -27,6 +27,7 @@ namespace {
     setrlimit(RLIMIT_FSIZE, &limit);
   }
   dup2(errors, STDERR_FILENO);
+  dup2(output, STDOUT_FILENO);
   if (chdir(folder.c_str()) == 0) execv(KVDRAW, words.data());
   _exit(127);
 }
@@ -53,14 +54,18 @@ Program::~Program() {
 
 Outcome Program::run(const std::vector<std::string>& arguments,
                      unsigned long most_file_bytes) const {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  int ends[2], output_ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0 || pipe2(output_ends, O_CLOEXEC) != 0)
+    throw std::runtime_error("no pipe");
   const pid_t pid = fork();
-  if (pid == 0) become_program(arguments, folder_.string(), ends[1], most_file_bytes);
+  if (pid == 0) become_program(arguments, folder_.string(), ends[1], output_ends[1], most_file_bytes);
   close(ends[1]);
+  close(output_ends[1]);
   Outcome outcome;
   outcome.errors = all_of(ends[0]);
   close(ends[0]);
+  outcome.output = all_of(output_ends[0]);
+  close(output_ends[0]);
   int status = 0;
   waitpid(pid, &status, 0);
   outcome.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);

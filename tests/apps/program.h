@@ -11,6 +11,7 @@
 struct Outcome {
   int exit_code = -1;  // negative: the signal that ended the program
   std::string errors;  // what it wrote on standard error
+  std::string output;  // and on standard output, a few lines
 };
 
 // Tests with an empty folder as the working directory of the program.
