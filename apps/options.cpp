@@ -8,6 +8,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "apps/batch.h"
 #include "apps/commands.h"
 #include "apps/errors.h"
 #include "apps/option_words.h"
@@ -17,6 +18,8 @@ namespace kv {
 namespace {
 
 using namespace words;
+
+constexpr int most_frames = 100000;
 
 [[noreturn]] void refuse(const std::string& what, const std::string& program = "kvdraw") {
   throw Failure(Exit_Code::usage, {}, what, "see " + program + " --help");
@@ -304,19 +307,32 @@ std::optional<Options> parse_options(int argc, char** argv, const std::string& d
   options.module_path = default_module;
   CLI::App app("Draws a 3D model into a picture.", "kvdraw");
   app.footer(commands_help());
-  add_model(app, options);
+  app.add_option("MODEL", options.model_paths,
+                 "model files: OBJ, PLY, STL or glTF; - is standard input")
+      ->required()
+      ->type_name("");
   CLI::Option* info =
       app.add_flag("--info", options.info, "tell of the model on standard output, draw nothing");
   CLI::Option* output =
-      app.add_option("-o,--output", options.picture_path, "picture to write, PNG (required)")
+      app.add_option("-o,--output", options.picture_path,
+                     "picture to write, PNG (required); of several, {model} and {n} in it stand for\n"
+                     "the model's name and the picture's number; - is standard output")
           ->type_name("FILE")
           ->excludes(info);
   app.add_flag("--stats", options.stats, "tell of counts and times on standard error")
       ->excludes(info);
   add_options(app, options);
   add_tile_options(app, options);
+  CLI::Option* turntable =
+      add_whole_number(app, "--turntable", options.frames, 1, most_frames,
+                       "as many pictures, once around the model, in --framing steady")
+          ->excludes(info);
   if (!parse(app, options, argc, argv)) return std::nullopt;
   if (!options.info && !*output) refuse("--output is required");
+  if (*turntable && app.count("--framing") == 0) options.camera.framing = Framing::steady;
+  if (!options.info)
+    check_names(options.picture_path, options.model_paths,
+                static_cast<std::size_t>(options.frames));
   check_tiles(options);
   return options;
 }

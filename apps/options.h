@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "apps/camera.h"
 #include "apps/device_geometry.h"
@@ -14,8 +15,10 @@
 namespace kv {
 
 struct Options {
-  std::string model_path;
-  std::string picture_path;
+  std::vector<std::string> model_paths;  // of kvdraw
+  std::string model_path;                // the one at hand; "-": standard input
+  std::string picture_path;              // before drawing, a pattern of names; "-": standard output
+  int frames = 1;                        // of a turn around the model
   std::string module_path;
   Size size;
   std::optional<Size> tile;  // the picture is drawn in tiles of this size

@@ -77,7 +77,8 @@ std::string info_of(const Model& model) {
                      line("from", text_of(bounds.least)) + line("to", text_of(bounds.greatest)) +
                      line("textures", model.textures.size()) +
                      line("materials", model.materials.size());
-  for (const Material& material : model.materials) text += line("", description_of(material, model));
+  for (const Material& material : model.materials)
+    text += line("", description_of(material, model));
   for (const std::string& warning : model.warnings) text += line("warning", warning);
   return text;
 }
