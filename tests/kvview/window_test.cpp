@@ -62,7 +62,7 @@ class Viewer_Window : public Program {
   // Looks until what is to be seen is there.
   template <class Condition>
   bool comes_true(Condition condition) const {
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 600; ++i) {
       if (condition(on_screen())) return true;
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
