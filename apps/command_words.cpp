@@ -64,7 +64,7 @@ class Words {
     flag("--polygons", drawing.polygons);
     flag("--merge", drawing.merge);
     flag("--edges", drawing.faces_as_edges);
-    if (drawing.circle_clip) add("--clip", "circle");
+    if (drawing.clip) add("--clip", drawing.clip.word);
     choice("--texture", words::texture_filters, drawing.textures.filter, usual.textures.filter);
     flag("--perspective-correct", drawing.textures.perspective_correct);
     flag("--no-textures", !options_.textures);

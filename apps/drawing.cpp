@@ -25,16 +25,4 @@ KT_Palette cube_palette(int steps) {
   return KT_Palette(colors.data(), static_cast<std::int32_t>(colors.size()), &cube);
 }
 
-KT_Contour_Set circle_in(const Size& window) {
-  constexpr int corners = 180;
-  const double radius = std::min(window.width, window.height) / 2.0;
-  std::vector<KT_Point> circle;
-  for (int i = 0; i < corners; ++i) {
-    const double angle = 2 * std::numbers::pi * i / corners;
-    circle.push_back({static_cast<float>(window.width / 2.0 + radius * std::cos(angle)),
-                      static_cast<float>(window.height / 2.0 + radius * std::sin(angle)), 0});
-  }
-  return KT_Contour_Set(corners, circle.data(), false);
-}
-
 }  // namespace kv

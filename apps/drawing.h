@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "apps/clip.h"
 #include "apps/edges.h"
 #include "apps/option_text.h"
 #include "host/color.h"
-#include "host/contour.h"
 
 namespace kv {
 
@@ -54,7 +54,7 @@ struct Drawing {
   int cube_steps = 6;           // a channel, of the palette that mapped variants draw with
   std::optional<int> pattern;   // face pattern; without one faces are solid
   double opacity = 1;
-  bool circle_clip = false;
+  Clip clip{};
   bool merge = false;  // overlapping faces are joined as inks are, on the background as paper
 };
 
@@ -67,8 +67,5 @@ inline constexpr int hidden_line_offset = 150;
 
 // A regular cube of colours with `steps` a channel, 2 to 6.
 KT_Palette cube_palette(int steps);
-
-// The largest circle around the middle of a window.
-KT_Contour_Set circle_in(const Size& window);
 
 }  // namespace kv

@@ -13,7 +13,7 @@ enum Hue : int { warm, cool, grey };
 Drawing drawing_for(Treatment treatment) {
   Drawing drawing;
   if (treatment == Treatment::patterned) drawing.pattern = pattern;
-  drawing.circle_clip = treatment == Treatment::masked;
+  if (treatment == Treatment::masked) drawing.clip = Clip::circle();
   drawing.merge = treatment == Treatment::merged;
   return drawing;
 }

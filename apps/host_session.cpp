@@ -81,7 +81,7 @@ void Host_Session::configure() {
   options.set_window({0, 0}, {size_.width, size_.height});
   if (!variant_.direct_color) configure_palette();
   if (drawing_.merge) configure_merging();
-  if (drawing_.circle_clip) option(L"Use Mask").set(KT_Option_Value(true));
+  if (drawing_.clip) option(L"Use Mask").set(KT_Option_Value(true));
   renderer_->actions.bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
   if (renderer_->establish_all() != 0) fail("the module refuses the configuration");
   if (out_of_memory_) throw std::bad_alloc();  // nothing may be drawn without its buffers
@@ -117,8 +117,8 @@ void Host_Session::show_part(const KT_Int_Rectangle& part, const Size& picture) 
   renderer_->options().set_window(origin_, {size_.width, size_.height});
   if (renderer_->establish_all() != 0) fail("the module refuses the configuration");
   rendition_.set_hard_clip_unrestricted(part_, false);
-  if (drawing_.circle_clip)
-    rendition_.edit(&KT_Rendition_Data::display_context).complex_clip = circle_in(picture);
+  if (drawing_.clip)
+    rendition_.edit(&KT_Rendition_Data::display_context).complex_clip = drawing_.clip.contours_in(picture);
 }
 
 // The background stands for empty paper.
@@ -132,7 +132,7 @@ void Host_Session::configure_merging() {
 void Host_Session::configure_rendition() {
   KT_Display_Context& context = rendition_.edit(&KT_Rendition_Data::display_context);
   context.depth_enabled = variant_.depth ? 1 : 0;
-  if (drawing_.circle_clip) context.complex_clip = circle_in(size_);
+  if (drawing_.clip) context.complex_clip = drawing_.clip.contours_in(size_);
   if (drawing_.pattern)
     rendition_.edit(&KT_Rendition_Data::face_attributes).face_pattern = *drawing_.pattern;
   KT_Material& material = rendition_.edit(&KT_Rendition_Data::material);
@@ -215,7 +215,7 @@ void Host_Session::draw_background_picture() {
 // The actions of double precision take the clip from the frame buffer's corner on.
 KT_Rendition Host_Session::strip_rendition() const {
   KT_Rendition rendition = rendition_;
-  if (!in_parts_ || !drawing_.circle_clip) return rendition;
+  if (!in_parts_ || !drawing_.clip) return rendition;
   KT_Contour_Set& clip = rendition.edit(&KT_Rendition_Data::display_context).complex_clip;
   for (auto& contour : clip.writable().contours)
     for (KT_Point& point : contour)
@@ -306,7 +306,7 @@ void Host_Session::draw_strip(const KT_Rendition& rendition, const Device_Geomet
     case Mode::polygons: {
       // There is no action of double precision: the clip is that of the picture.
       KT_Rendition own = rendition;
-      if (in_parts_ && drawing_.circle_clip)
+      if (in_parts_ && drawing_.clip)
         own.edit(&KT_Rendition_Data::display_context).complex_clip =
             rendition_->display_context->complex_clip;
       return call<KT_Action::Draw_2D_Polygon>(own, static_cast<int>(points.size()), points.data(),

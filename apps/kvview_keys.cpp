@@ -100,7 +100,7 @@ constexpr Key keys[] = {
     {"B", "next palette of mapped", change, next_palette},
     {"M", "merge", change, [](Options& o) { o.drawing.merge = !o.drawing.merge; }},
     {"C", "circular clip", change,
-     [](Options& o) { o.drawing.circle_clip = !o.drawing.circle_clip; }},
+     [](Options& o) { o.drawing.clip = o.drawing.clip ? Clip{} : Clip::circle(); }},
 
     {"W", "all or feature edges", change,
      [](Options& o) { exchange(o.drawing.lines.edges, Edge_Choice::all, Edge_Choice::feature); }},

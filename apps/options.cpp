@@ -147,7 +147,13 @@ void add_drawing_options(CLI::App& app, Drawing& drawing) {
              "of the faces, in the variants of direct colour (1)")
       ->type_name("A")
       ->group(group);
-  add_choice(app, "--clip", drawing.circle_clip, clips, "draw only inside this shape")
+  const auto take_clip = [](const std::string& text) {
+    return text == "circle" ? Clip::circle() : Clip::from_file(text);
+  };
+  add_parsed<Clip>(app, "--clip", drawing.clip, take_clip,
+                   "draw only inside a circle, or inside polygons, one a line: x,y x,y x,y ...\n"
+                   "in hundredths of the picture, y from the top")
+      ->type_name("circle|FILE")
       ->group(group);
   app.add_flag("--polygons", drawing.polygons,
                "hand faces of more than three corners over whole, each in one colour and without\n"
@@ -224,7 +230,7 @@ void add_tile_options(CLI::App& app, Options& options) {
 void check_whole_over_tiles(const Drawing& drawing, const Variant& variant) {
   if (drawing.merge && !variant.depth && !variant.alpha)
     refuse("--merge does not fit together over the edges of tiles in this variant; rgb-alpha does");
-  if (drawing.circle_clip && (shows_lines(drawing.style) || drawing.faces_as_edges))
+  if (drawing.clip && (shows_lines(drawing.style) || drawing.faces_as_edges))
     refuse("--clip does not hold for lines that the edge of a tile cuts; leave out --clip or --tile");
 }
 
