@@ -90,7 +90,7 @@ class Child {
     const auto patience = std::chrono::duration<double>(limits.seconds);
     deadline_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(patience);
     Child_Result result;
-    result.end = receive(limits.answer_bytes, result.answer);
+    result.end = receive(limits.answer_bytes, limits.while_waiting, result.answer);
     if (result.end == Child_End::answered) result.end = join(result.signal);
     if (result.end != Child_End::answered) result.answer.clear();
     return result;
@@ -98,14 +98,19 @@ class Child {
 
  private:
   // Reads until the child closes its end of the pipe.
-  Child_End receive(std::size_t longest, std::vector<std::byte>& answer) {
+  Child_End receive(std::size_t longest, const std::function<void()>& while_waiting,
+                    std::vector<std::byte>& answer) {
+    constexpr long interval_ms = 200;
     std::vector<std::byte> buffer(std::size_t{1} << 18);
     while (true) {
       const auto left =
           std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - Clock::now()).count();
       if (left <= 0) return Child_End::out_of_time;
       pollfd waiting{answer_end_, POLLIN, 0};
-      if (poll(&waiting, 1, static_cast<int>(std::min<long>(left, 1000))) <= 0) continue;
+      if (poll(&waiting, 1, static_cast<int>(std::min<long>(left, interval_ms))) <= 0) {
+        if (while_waiting) while_waiting();
+        continue;
+      }
       const ssize_t got = read(answer_end_, buffer.data(), buffer.size());
       if (got == 0) return Child_End::answered;
       if (got < 0 && errno == EINTR) continue;

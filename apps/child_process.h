@@ -25,6 +25,7 @@ struct Child_Limits {
   double seconds = 60;
   std::size_t memory_bytes = std::size_t{4} << 30;
   std::size_t answer_bytes = std::size_t{1} << 30;
+  std::function<void()> while_waiting{};  // called now and then until the answer begins to come
 };
 
 enum class Child_End {

@@ -17,6 +17,7 @@
 #include "apps/image_codec.h"
 #include "apps/importer.h"
 #include "apps/mesh_repair.h"
+#include "apps/progress.h"
 #include "apps/texture_importer.h"
 #include "apps/validation.h"
 #include "apps/wire.h"
@@ -87,7 +88,9 @@ std::size_t answer_bytes(std::size_t triangles) {
 
 Loader_Answer run_loader(const std::string& path, const Load_Limits& limits, std::size_t most_bytes,
                          const Child_Job& job) {
-  const Child_Limits child_limits{limits.seconds, limits.memory_bytes, most_bytes};
+  Progress progress("loading " + one_line(path));
+  const Child_Limits child_limits{limits.seconds, limits.memory_bytes, most_bytes,
+                                  [&] { progress.still_at_it(); }};
   const Child_Result result = run_in_child(child_limits, job);
   check_end(path, limits, result);
   Loader_Answer answer = decode_answer(result.answer);
