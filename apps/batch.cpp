@@ -82,7 +82,7 @@ void check_names(const std::string& pattern, const std::vector<std::string>& mod
       const std::string name = names.name(model, ++number);
       if (!seen.insert(name).second)
         throw Failure(Exit_Code::usage, pattern, "more than one picture would go into " + name,
-                      "put {n} into the name, for the number of the picture");
+                      "put {model} or {n} into the name, for the model's name or the picture's number");
     }
   }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <set>
 #include <sstream>
 
 namespace kv {
@@ -71,14 +72,16 @@ std::string info_of(const Model& model) {
     vertices += mesh.vertices.size();
     faces += face_count(mesh);
   }
+  // Of the table of materials, those that a mesh has.
+  std::set<std::uint32_t> used;
+  for (const Mesh& mesh : model.meshes) used.insert(mesh.material);
   const Bounds bounds = bounds_of(model);
   std::string text = line("meshes", model.meshes.size()) + line("vertices", vertices) +
                      line("faces", faces) + line("triangles", triangle_count(model)) +
                      line("from", text_of(bounds.least)) + line("to", text_of(bounds.greatest)) +
-                     line("textures", model.textures.size()) +
-                     line("materials", model.materials.size());
-  for (const Material& material : model.materials)
-    text += line("", description_of(material, model));
+                     line("textures", model.textures.size()) + line("materials", used.size());
+  for (const std::uint32_t material : used)
+    text += line("", description_of(model.materials[material], model));
   for (const std::string& warning : model.warnings) text += line("warning", warning);
   return text;
 }
