@@ -22,12 +22,11 @@ class Clips : public Program {
 };
 
 // A frame with a hole, its left lower corner cut off: places count from the left top.
-TEST_F(Clips, of_polygons_have_holes_in_every_variant) {
+TEST_F(Clips, of_polygons_have_holes) {
   write("shape.txt", "# a frame\n10,10 90,10 90,90 40,90 10,60\n\n30 30 70 30 70 70 30 70\n");
-  for (const char* variant : {"rgb", "rgb-z", "rgb-alpha", "rgb-alpha-z", "mapped", "mapped-z"})
+  // All variants but rgb-alpha-z, whose faces the module draws whole, whatever the clip.
+  for (const char* variant : {"rgb", "rgb-z", "rgb-alpha", "mapped", "mapped-z"})
     for (const char* how : {"--mode=shaded", "--mode=flat", "--tile=48"}) {
-      // The module draws strips that blend before depth whole, whatever the clip.
-      if (std::string(variant) == "rgb-alpha-z") continue;
       SCOPED_TRACE(std::string(variant) + " " + how);
       const Outcome outcome = run(arguments({"--variant", variant, how}));
       ASSERT_EQ(outcome.exit_code, 0) << outcome.errors;
