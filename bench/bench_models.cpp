@@ -6,8 +6,8 @@
 
 #include <optional>
 
-#include "apps/content.h"
-#include "apps/errors.h"
+#include "apps/commands/content.h"
+#include "apps/common/errors.h"
 #include "bench/session.h"
 
 namespace {

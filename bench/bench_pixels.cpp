@@ -125,8 +125,7 @@ void quads(benchmark::State& state) {
   const KT_RGB32 color{10, 20, 30, 255};
   for (auto _ : state) {
     for (int i = 0; i < count; ++i) {
-      session.call<KT_Action::Draw_2D_Polygon>(4, &points[static_cast<std::size_t>(4 * i)],
-                                               &color);
+      session.call<KT_Action::Draw_2D_Polygon>(4, &points[static_cast<std::size_t>(4 * i)], &color);
     }
     benchmark::ClobberMemory();
   }

@@ -14,8 +14,8 @@ Session::Session(Variant variant) {
   renderer_ = module_.make_renderer(nullptr);
   const bool mapped = variant == Variant::mapped || variant == Variant::mapped_z;
   const bool alpha = variant == Variant::rgb_alpha || variant == Variant::rgb_alpha_z;
-  const bool depth = variant == Variant::mapped_z || variant == Variant::rgb_alpha_z ||
-                     variant == Variant::rgb_z;
+  const bool depth =
+      variant == Variant::mapped_z || variant == Variant::rgb_alpha_z || variant == Variant::rgb_z;
   KT_Renderer_Options& options = renderer_->options();
   options.set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
   options.set_alpha_blending(alpha);

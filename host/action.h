@@ -19,24 +19,23 @@ template <class Point>
 using Colorized_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count,
                                const Point* points, const KT_RGB32* colors, bool single_color);
 template <class Point>
-using Gouraud_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count,
-                             const Point* points, const KT_RGB32* colors);
+using Gouraud_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count, const Point* points,
+                             const KT_RGB32* colors);
 template <class Point>
 using Textured_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count,
                               const Point* points, const KT_RGB32* colors,
                               const KT_Parameter* parameters, int parameter_width,
                               const float* extra_floats, const KT_Vector* vectors);
 template <class Point>
-using Polygon_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count,
-                             const Point* points, const KT_RGB32* color);
+using Polygon_Routine = void(KT_Renderer_Data*, const KT_Rendition&, int count, const Point* points,
+                             const KT_RGB32* color);
 using Dot_Routine = void(KT_Renderer_Data*, const KT_Rendition&, const KT_DCI_Point* point,
                          const KT_RGB32* color);
 using Rgb32_Image_Routine = void(KT_Renderer_Data*, const KT_Rendition&, const KT_DCI_Point* start,
                                  const KT_DCI_Point* end, int stride, const KT_RGB32* pixels, int,
                                  const KT_Packing*);
-using Index8_Image_Routine = void(KT_Renderer_Data*, const KT_Rendition&,
-                                  const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
-                                  const std::uint8_t* pixels);
+using Index8_Image_Routine = void(KT_Renderer_Data*, const KT_Rendition&, const KT_DCI_Point* start,
+                                  const KT_DCI_Point* end, int stride, const std::uint8_t* pixels);
 using Put_Depth_Routine = void(KT_Renderer_Data*, const KT_Rendition&, const KT_DCI_Point* start,
                                const KT_DCI_Point* end, int stride, const std::uint16_t* pixels);
 using Read_Back_Routine = void(KT_Renderer_Data*, const KT_Rendition&, const KT_DCI_Point* start,
@@ -46,85 +45,84 @@ using Clear_Routine = void(KT_Renderer_Data*, const KT_Rendition&);
 // Routines of the framework's side; `object` is whatever was bound with them.
 using Create_Frame_Buffer_Routine = void(void* object, int width, int height,
                                          const KT_Image_Format* format, KT_Shared_Image* image);
-using Present_Image_Routine = void(void* object, const KT_DCI_Point* start,
-                                   const KT_DCI_Point* end, const KT_Shared_Image* image,
-                                   int target_x, int target_y);
+using Present_Image_Routine = void(void* object, const KT_DCI_Point* start, const KT_DCI_Point* end,
+                                   const KT_Shared_Image* image, int target_x, int target_y);
 
 }  // namespace korvel
 
 // Actions that have a standard routine `KD_Standard_` + name: (name, signature).
-#define KORVEL_STANDARD_POLYTRIANGLES(X)                                          \
-  X(Draw_2D_Polytriangle, korvel::Strip_Routine<KT_Point>)                        \
-  X(Draw_DC_Polytriangle, korvel::Strip_Routine<KT_Point>)                        \
-  X(Draw_2DI_Polytriangle, korvel::Strip_Routine<KT_DCI_Point>)                   \
+#define KORVEL_STANDARD_POLYTRIANGLES(X)                        \
+  X(Draw_2D_Polytriangle, korvel::Strip_Routine<KT_Point>)      \
+  X(Draw_DC_Polytriangle, korvel::Strip_Routine<KT_Point>)      \
+  X(Draw_2DI_Polytriangle, korvel::Strip_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Polytriangle, korvel::Strip_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X)                                \
-  X(Draw_2D_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point>)          \
-  X(Draw_DC_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point>)          \
-  X(Draw_2DI_Colorized_Polytriangle, korvel::Colorized_Routine<KT_DCI_Point>)     \
+#define KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X)                            \
+  X(Draw_2D_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point>)      \
+  X(Draw_DC_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point>)      \
+  X(Draw_2DI_Colorized_Polytriangle, korvel::Colorized_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Colorized_Polytriangle, korvel::Colorized_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)                                  \
-  X(Draw_2D_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point>)              \
-  X(Draw_DC_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point>)              \
-  X(Draw_2DI_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_DCI_Point>)         \
+#define KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)                          \
+  X(Draw_2D_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point>)      \
+  X(Draw_DC_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point>)      \
+  X(Draw_2DI_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)                                 \
-  X(Draw_2D_Textured_Polytriangle, korvel::Textured_Routine<KT_Point>)            \
-  X(Draw_DC_Textured_Polytriangle, korvel::Textured_Routine<KT_Point>)            \
-  X(Draw_2DI_Textured_Polytriangle, korvel::Textured_Routine<KT_DCI_Point>)       \
+#define KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)                           \
+  X(Draw_2D_Textured_Polytriangle, korvel::Textured_Routine<KT_Point>)      \
+  X(Draw_DC_Textured_Polytriangle, korvel::Textured_Routine<KT_Point>)      \
+  X(Draw_2DI_Textured_Polytriangle, korvel::Textured_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Textured_Polytriangle, korvel::Textured_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_POLYLINES(X)                                              \
-  X(Draw_2DI_Polyline, korvel::Strip_Routine<KT_DCI_Point>)                       \
+#define KORVEL_STANDARD_POLYLINES(X)                        \
+  X(Draw_2DI_Polyline, korvel::Strip_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Polyline, korvel::Strip_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_COLORIZED_POLYLINES(X)                                    \
-  X(Draw_2DI_Colorized_Polyline, korvel::Colorized_Routine<KT_DCI_Point>)         \
+#define KORVEL_STANDARD_COLORIZED_POLYLINES(X)                            \
+  X(Draw_2DI_Colorized_Polyline, korvel::Colorized_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Colorized_Polyline, korvel::Colorized_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_GOURAUD_POLYLINES(X)                                      \
-  X(Draw_2DI_Gouraud_Polyline, korvel::Gouraud_Routine<KT_DCI_Point>)             \
+#define KORVEL_STANDARD_GOURAUD_POLYLINES(X)                          \
+  X(Draw_2DI_Gouraud_Polyline, korvel::Gouraud_Routine<KT_DCI_Point>) \
   X(Draw_DCI_Gouraud_Polyline, korvel::Gouraud_Routine<KT_DCI_Point>)
-#define KORVEL_STANDARD_SMALL_PRIMITIVES(X)                                       \
-  X(Draw_2DI_Polymarker, korvel::Strip_Routine<KT_DCI_Point>)                     \
-  X(Draw_2D_Polygon, korvel::Polygon_Routine<KT_Point>)                           \
-  X(Draw_DC_Polygon, korvel::Polygon_Routine<KT_Point>)                           \
-  X(Draw_2DI_Polygon, korvel::Polygon_Routine<KT_DCI_Point>)                      \
-  X(Draw_DCI_Polygon, korvel::Polygon_Routine<KT_DCI_Point>)                      \
-  X(Draw_DCI_Dot, korvel::Dot_Routine)                                            \
-  X(Draw_DCI_RGB32_Image, korvel::Rgb32_Image_Routine)                            \
+#define KORVEL_STANDARD_SMALL_PRIMITIVES(X)                   \
+  X(Draw_2DI_Polymarker, korvel::Strip_Routine<KT_DCI_Point>) \
+  X(Draw_2D_Polygon, korvel::Polygon_Routine<KT_Point>)       \
+  X(Draw_DC_Polygon, korvel::Polygon_Routine<KT_Point>)       \
+  X(Draw_2DI_Polygon, korvel::Polygon_Routine<KT_DCI_Point>)  \
+  X(Draw_DCI_Polygon, korvel::Polygon_Routine<KT_DCI_Point>)  \
+  X(Draw_DCI_Dot, korvel::Dot_Routine)                        \
+  X(Draw_DCI_RGB32_Image, korvel::Rgb32_Image_Routine)        \
   X(Draw_DCI_Index8_Image, korvel::Index8_Image_Routine)
 
-#define KORVEL_STANDARD_ACTIONS(X)            \
-  KORVEL_STANDARD_POLYTRIANGLES(X)            \
-  KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X)  \
-  KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)    \
-  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)   \
-  KORVEL_STANDARD_POLYLINES(X)                \
-  KORVEL_STANDARD_COLORIZED_POLYLINES(X)      \
-  KORVEL_STANDARD_GOURAUD_POLYLINES(X)        \
+#define KORVEL_STANDARD_ACTIONS(X)           \
+  KORVEL_STANDARD_POLYTRIANGLES(X)           \
+  KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X) \
+  KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)   \
+  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)  \
+  KORVEL_STANDARD_POLYLINES(X)               \
+  KORVEL_STANDARD_COLORIZED_POLYLINES(X)     \
+  KORVEL_STANDARD_GOURAUD_POLYLINES(X)       \
   KORVEL_STANDARD_SMALL_PRIMITIVES(X)
 
 // The whole table, in order.
-#define KORVEL_ACTIONS(X)                                                         \
-  KORVEL_STANDARD_POLYTRIANGLES(X)                                                \
-  X(Draw_2DD_Polytriangle, korvel::Strip_Routine<KT_Point_D>)                     \
-  KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X)                                      \
-  X(Draw_2DD_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point_D>)       \
-  KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)                                        \
-  X(Draw_2DD_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point_D>)           \
-  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)                                       \
-  X(Draw_2DD_Textured_Polytriangle, korvel::Textured_Routine<KT_Point_D>)         \
-  KORVEL_STANDARD_POLYLINES(X)                                                    \
-  X(Draw_2DD_Polyline, korvel::Strip_Routine<KT_Point_D>)                         \
-  KORVEL_STANDARD_COLORIZED_POLYLINES(X)                                          \
-  X(Draw_2DD_Colorized_Polyline, korvel::Colorized_Routine<KT_Point_D>)           \
-  KORVEL_STANDARD_GOURAUD_POLYLINES(X)                                            \
-  X(Draw_2DD_Gouraud_Polyline, korvel::Gouraud_Routine<KT_Point_D>)               \
-  KORVEL_STANDARD_SMALL_PRIMITIVES(X)                                             \
-  X(Put_Depth, korvel::Put_Depth_Routine)                                         \
-  X(Get_Image, korvel::Read_Back_Routine)                                         \
-  X(Get_Depth, korvel::Read_Back_Routine)                                         \
-  X(Clear_Color, korvel::Clear_Routine)                                           \
-  X(Clear_Depth, korvel::Clear_Routine)                                           \
-  X(Create_Frame_Buffer, korvel::Create_Frame_Buffer_Routine)                     \
+#define KORVEL_ACTIONS(X)                                                   \
+  KORVEL_STANDARD_POLYTRIANGLES(X)                                          \
+  X(Draw_2DD_Polytriangle, korvel::Strip_Routine<KT_Point_D>)               \
+  KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(X)                                \
+  X(Draw_2DD_Colorized_Polytriangle, korvel::Colorized_Routine<KT_Point_D>) \
+  KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(X)                                  \
+  X(Draw_2DD_Gouraud_Polytriangle, korvel::Gouraud_Routine<KT_Point_D>)     \
+  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(X)                                 \
+  X(Draw_2DD_Textured_Polytriangle, korvel::Textured_Routine<KT_Point_D>)   \
+  KORVEL_STANDARD_POLYLINES(X)                                              \
+  X(Draw_2DD_Polyline, korvel::Strip_Routine<KT_Point_D>)                   \
+  KORVEL_STANDARD_COLORIZED_POLYLINES(X)                                    \
+  X(Draw_2DD_Colorized_Polyline, korvel::Colorized_Routine<KT_Point_D>)     \
+  KORVEL_STANDARD_GOURAUD_POLYLINES(X)                                      \
+  X(Draw_2DD_Gouraud_Polyline, korvel::Gouraud_Routine<KT_Point_D>)         \
+  KORVEL_STANDARD_SMALL_PRIMITIVES(X)                                       \
+  X(Put_Depth, korvel::Put_Depth_Routine)                                   \
+  X(Get_Image, korvel::Read_Back_Routine)                                   \
+  X(Get_Depth, korvel::Read_Back_Routine)                                   \
+  X(Clear_Color, korvel::Clear_Routine)                                     \
+  X(Clear_Depth, korvel::Clear_Routine)                                     \
+  X(Create_Frame_Buffer, korvel::Create_Frame_Buffer_Routine)               \
   X(Present_Image, korvel::Present_Image_Routine)
 
 enum class KT_Action : std::int32_t {
@@ -143,11 +141,11 @@ namespace korvel {
 
 template <KT_Action action>
 struct Action_Traits;
-#define KORVEL_TRAIT(action_name, signature)                \
-  template <>                                               \
-  struct Action_Traits<KT_Action::action_name> {            \
-    using Routine = signature;                              \
-    static constexpr const char* name = #action_name;       \
+#define KORVEL_TRAIT(action_name, signature)          \
+  template <>                                         \
+  struct Action_Traits<KT_Action::action_name> {      \
+    using Routine = signature;                        \
+    static constexpr const char* name = #action_name; \
   };
 KORVEL_ACTIONS(KORVEL_TRAIT)
 #undef KORVEL_TRAIT

@@ -27,9 +27,11 @@ KORVEL_EXPORT bool KD_Preclip_Ends(const short* codes, const KT_Int_Rectangle& r
                                    const KT_RGB32* colors, KT_RGB32* result_colors);
 /// Cuts a triangle; `results` gets a strip of `count` points. What the kind of triangle lacks is
 /// null in and out. Returns false when nothing is left.
-KORVEL_EXPORT bool KD_Preclip_2D_Triangle(
-    KT_Renderer_Data* renderer, const KT_Rendition& rendition, const KT_Int_Rectangle& rectangle,
-    const KT_Point_D* points, int* count, KT_DCI_Point* results, const KT_RGB32* colors,
-    KT_RGB32* result_colors, const KT_Parameter* parameters, KT_Parameter* result_parameters,
-    int parameter_width, const float* floats, float* result_floats, const KT_Vector* vectors,
-    KT_Vector* result_vectors);
+KORVEL_EXPORT bool KD_Preclip_2D_Triangle(KT_Renderer_Data* renderer, const KT_Rendition& rendition,
+                                          const KT_Int_Rectangle& rectangle,
+                                          const KT_Point_D* points, int* count,
+                                          KT_DCI_Point* results, const KT_RGB32* colors,
+                                          KT_RGB32* result_colors, const KT_Parameter* parameters,
+                                          KT_Parameter* result_parameters, int parameter_width,
+                                          const float* floats, float* result_floats,
+                                          const KT_Vector* vectors, KT_Vector* result_vectors);

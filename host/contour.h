@@ -43,12 +43,12 @@ KORVEL_EXPORT KT_Polygon_Rank KD_Rank_Polygon(int count, const KT_Point* points)
 /// A renderer makes and owns masks; the framework fills them.
 class KORVEL_EXPORT Frame_Buffer_Mask : public KT_Object {
  public:
-  KT_Shared_Image image;          ///< `rows` is indexed by buffer row like a frame image's
-  KT_Contour_Set source_contour;  ///< the framework's
-  std::uint32_t contour_id = 0;   ///< id of the contour record the bits were made from
-  KT_Handle<KT_Counted> second_handle;   ///< the framework's
-  Frame_Buffer_Mask* next = nullptr;     ///< towards the least recently used
-  Frame_Buffer_Mask* previous = nullptr; ///< towards the most recently used
+  KT_Shared_Image image;                  ///< `rows` is indexed by buffer row like a frame image's
+  KT_Contour_Set source_contour;          ///< the framework's
+  std::uint32_t contour_id = 0;           ///< id of the contour record the bits were made from
+  KT_Handle<KT_Counted> second_handle;    ///< the framework's
+  Frame_Buffer_Mask* next = nullptr;      ///< towards the least recently used
+  Frame_Buffer_Mask* previous = nullptr;  ///< towards the most recently used
 
   Frame_Buffer_Mask() = default;
   ~Frame_Buffer_Mask() override = default;

@@ -9,10 +9,10 @@ class KT_Rendition;
 /// A texture as a material offers it.
 class KORVEL_EXPORT KT_Texture_Source_Data : public KT_Counted {
  public:
-  std::uint32_t wrap_s = 0;         ///< 0: nothing beyond the image, 2: the image repeats
+  std::uint32_t wrap_s = 0;  ///< 0: nothing beyond the image, 2: the image repeats
   std::uint32_t wrap_t = 0;
-  std::uint8_t standard_only = 0;   ///< non-zero: only the general routines may draw it
-  std::uint8_t modulate = 0;        ///< non-zero: texels are multiplied by vertex colours
+  std::uint8_t standard_only = 0;  ///< non-zero: only the general routines may draw it
+  std::uint8_t modulate = 0;       ///< non-zero: texels are multiplied by vertex colours
 
   ~KT_Texture_Source_Data() override;
   /// Writes a reference on the image into `result` and gives `result` back. Arguments are 0.

@@ -9,15 +9,15 @@
 /// What a renderer offers (declared) or is asked for (current).
 class KORVEL_EXPORT KT_Renderer_Options {
  public:
-  int buffer_depth() const;              ///< bits; below 1: no depth image
+  int buffer_depth() const;  ///< bits; below 1: no depth image
   KT_Color_System color_system() const;
   bool alpha_blending() const;
-  bool local_coordinates() const;        ///< true: buffer coordinates are device coordinates
-  KT_Int_XY window_origin() const;       ///< device coordinates of the left bottom pixel
-  KT_Int_XY window_size() const;         ///< width and height in pixels
+  bool local_coordinates() const;   ///< true: buffer coordinates are device coordinates
+  KT_Int_XY window_origin() const;  ///< device coordinates of the left bottom pixel
+  KT_Int_XY window_size() const;    ///< width and height in pixels
   const KT_Palette& palette() const;
-  bool backing_store() const;            ///< true: the frame image is kept between pictures
-  bool supports_complex_clip() const;    ///< true: the renderer honours complex clips
+  bool backing_store() const;          ///< true: the frame image is kept between pictures
+  bool supports_complex_clip() const;  ///< true: the renderer honours complex clips
 
   void set_buffer_depth(int bits);
   void set_backing_store(bool on);

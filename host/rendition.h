@@ -33,7 +33,7 @@ class KORVEL_EXPORT KT_Material : public KT_Attributes<KT_Material> {
   std::uint8_t window_index = 0;     ///< palette index of `window_color`
   KT_Handle<KT_Material_Object> basic_material;
   KT_Handle<KT_Material_Object> textured_material;
-  void* lighting = nullptr;          ///< only tested against null; not owned
+  void* lighting = nullptr;  ///< only tested against null; not owned
 };
 
 class KORVEL_EXPORT KT_Line_Attributes : public KT_Attributes<KT_Line_Attributes> {
@@ -77,7 +77,7 @@ class KORVEL_EXPORT KT_Misc_Attributes : public KT_Attributes<KT_Misc_Attributes
   static constexpr std::int32_t merge_mode = 20;          ///< of `drawing_mode`
   static constexpr std::uint32_t opaque_pattern_bit = 1;  ///< set bits take the contrast colour
   static constexpr std::uint32_t inverted_pattern_bit = 2;
-  static constexpr std::uint32_t perspective_bit = 1;     ///< of `texture_options`
+  static constexpr std::uint32_t perspective_bit = 1;  ///< of `texture_options`
 
   KT_Int_XY pattern_origin;  ///< of face patterns, in buffer coordinates
   std::int32_t drawing_mode = 0;

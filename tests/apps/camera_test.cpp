@@ -1,4 +1,4 @@
-#include "apps/camera.h"
+#include "apps/scene/camera.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "apps/png_reader.h"
-#include "apps/png_writer.h"
+#include "apps/files/png_reader.h"
+#include "apps/files/png_writer.h"
 #include "tests/apps/program.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <map>
 #include <random>
 
-#include "apps/device_geometry.h"
-#include "apps/mesh_repair.h"
+#include "apps/load/mesh_repair.h"
+#include "apps/scene/device_geometry.h"
 #include "tests/apps/shapes.h"
 
 namespace {

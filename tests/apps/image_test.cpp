@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "apps/image_scale.h"
-#include "apps/texture_places.h"
+#include "apps/load/image_scale.h"
+#include "apps/scene/texture_places.h"
 
 namespace {
 

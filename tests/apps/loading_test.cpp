@@ -11,9 +11,9 @@
 #include <random>
 #include <stdexcept>
 
-#include "apps/child_process.h"
-#include "apps/validation.h"
-#include "apps/wire.h"
+#include "apps/load/child_process.h"
+#include "apps/load/validation.h"
+#include "apps/load/wire.h"
 #include "tests/apps/shapes.h"
 
 namespace {

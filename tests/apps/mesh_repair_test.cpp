@@ -1,4 +1,4 @@
-#include "apps/mesh_repair.h"
+#include "apps/load/mesh_repair.h"
 
 #include <gtest/gtest.h>
 

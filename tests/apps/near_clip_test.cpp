@@ -1,10 +1,10 @@
-#include "apps/near_clip.h"
+#include "apps/scene/near_clip.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "apps/strips.h"
+#include "apps/scene/strips.h"
 
 namespace {
 

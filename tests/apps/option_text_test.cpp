@@ -1,4 +1,4 @@
-#include "apps/option_text.h"
+#include "apps/common/option_text.h"
 
 #include <gtest/gtest.h>
 

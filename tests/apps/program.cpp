@@ -58,7 +58,8 @@ Outcome Program::run(const std::vector<std::string>& arguments,
   if (pipe2(ends, O_CLOEXEC) != 0 || pipe2(output_ends, O_CLOEXEC) != 0)
     throw std::runtime_error("no pipe");
   const pid_t pid = fork();
-  if (pid == 0) become_program(arguments, folder_.string(), ends[1], output_ends[1], most_file_bytes);
+  if (pid == 0)
+    become_program(arguments, folder_.string(), ends[1], output_ends[1], most_file_bytes);
   close(ends[1]);
   close(output_ends[1]);
   Outcome outcome;

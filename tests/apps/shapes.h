@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "apps/model.h"
+#include "apps/load/model.h"
 
 namespace shapes {
 

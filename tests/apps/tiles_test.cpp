@@ -1,5 +1,5 @@
 // Pictures that are drawn in tiles, by one process or by many.
-#include "apps/tiles.h"
+#include "apps/draw/tiles.h"
 
 #include <sys/wait.h>
 
@@ -9,7 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "apps/png_reader.h"
+#include "apps/files/png_reader.h"
 #include "tests/apps/program.h"
 
 namespace {

@@ -1,11 +1,12 @@
+#include "apps/view/keys.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <set>
 
-#include "apps/command_words.h"
-#include "apps/kvview_keys.h"
-#include "apps/options.h"
+#include "apps/commands/command_words.h"
+#include "apps/commands/options.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
+#include "apps/view/moves.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "apps/camera.h"
-#include "apps/kvview_moves.h"
+#include "apps/scene/camera.h"
 #include "tests/apps/shapes.h"
 
 namespace {

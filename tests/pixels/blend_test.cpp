@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "host/types.h"
-#include "pixels/alpha_scale.h"
-#include "pixels/quad.h"
+#include "module/pixels/alpha_scale.h"
+#include "module/pixels/quad.h"
 
 namespace {
 

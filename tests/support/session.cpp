@@ -14,7 +14,8 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   std::string error;
   if (!module_.load(TEST_MODULE, error)) throw std::runtime_error(error);
   handle_ = module_.make_renderer(configuration.source);
-  const auto& [variant, size, origin, use_mask, force_merge, palette, padding, source] = configuration;
+  const auto& [variant, size, origin, use_mask, force_merge, palette, padding, source] =
+      configuration;
   const bool mapped = zbuffer::is_mapped(variant);
   color.reset(
       new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));

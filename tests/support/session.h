@@ -1,9 +1,9 @@
 // A renderer of the module under test on guarded frame images, from loading to unloading.
 #pragma once
 
-#include "core/software_z_buffer.h"
-#include "core/variant.h"
 #include "host/application.h"
+#include "module/core/software_z_buffer.h"
+#include "module/core/variant.h"
 #include "tests/support/heap.h"
 #include "tests/support/picture.h"
 

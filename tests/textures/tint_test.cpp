@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "textures/inks.h"
+#include "module/textures/inks.h"
 
 namespace {
 

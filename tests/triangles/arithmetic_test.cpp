@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <random>
 
-#include "core/fixed_point.h"
-#include "pixels/blend.h"
-#include "pixels/mask.h"
+#include "module/core/fixed_point.h"
+#include "module/pixels/blend.h"
+#include "module/pixels/mask.h"
 
 namespace {
 

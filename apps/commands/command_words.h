@@ -1,0 +1,18 @@
+// Options turned back into the command line that stands for them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/commands/options.h"
+
+namespace kv {
+
+// The words of kvdraw for these options, without the program's and the pictures' names; what is as
+// usual is left out. The limits of loading are not told.
+std::vector<std::string> command_words(const Options& options);
+
+// The words as a shell takes them.
+std::string shell_line(const std::vector<std::string>& words);
+
+}  // namespace kv

@@ -1,0 +1,209 @@
+#include "apps/load/texture_importer.h"
+
+#include <assimp/GltfMaterial.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <fstream>
+#include <new>
+#include <span>
+#include <stdexcept>
+
+#include "apps/load/image_codec.h"
+#include "apps/load/image_scale.h"
+#include "apps/load/texture_files.h"
+
+namespace kv {
+namespace {
+
+constexpr std::array texture_types = {aiTextureType_BASE_COLOR, aiTextureType_DIFFUSE};
+
+Wrap wrap_of(aiTextureMapMode mode) {
+  switch (mode) {
+    case aiTextureMapMode_Clamp:
+    case aiTextureMapMode_Decal:
+      return Wrap::clamp;
+    case aiTextureMapMode_Mirror:
+      return Wrap::mirror;
+    default:
+      return Wrap::repeat;
+  }
+}
+
+std::vector<char> content_of(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::vector<char> content(std::istreambuf_iterator<char>(file), {});
+  if (!file) throw std::runtime_error("cannot be read");
+  return content;
+}
+
+Image embedded_image(const aiTexture& source) {
+  // A file of `mWidth` bytes, or texels.
+  if (source.mHeight == 0)
+    return decode_image({reinterpret_cast<const std::byte*>(source.pcData), source.mWidth},
+                        source.CheckFormat("tga"));
+  if (source.mWidth == 0) throw std::runtime_error("has no texels");
+  Image image(source.mWidth, source.mHeight);
+  for (std::size_t i = 0; i < image.texels.size(); ++i) {
+    const aiTexel& texel = source.pcData[i];
+    image.texels[i] = {texel.r, texel.g, texel.b, texel.a};
+  }
+  return image;
+}
+
+// The library keeps a transform of glTF, which turns around the upper left corner with t running
+// down, in terms of a turn around the middle with t running up; its own way of applying that shifts
+// turned and scaled textures. Here it is led back to what the file said.
+Texture_Mapping mapping_of(const aiUVTransform& kept) {
+  const double width = static_cast<double>(kept.mScaling.x);
+  const double height = static_cast<double>(kept.mScaling.y);
+  const double turn = -static_cast<double>(kept.mRotation);
+  const double c = std::cos(turn), sine = std::sin(turn);
+  const double across = static_cast<double>(kept.mTranslation.x) - width / 2 * (1 - c + sine);
+  const double down =
+      height / 2 * (sine + c - 1) + 1 - height - static_cast<double>(kept.mTranslation.y);
+  // The file says that (s, 1 - t) is scaled, turned and then moved by (across, down).
+  Texture_Mapping mapping;
+  mapping.s = {c * width, -sine * height, across + sine * height};
+  mapping.t = {sine * width, c * height, 1 - down - c * height};
+  return mapping;
+}
+
+std::uint32_t texture_side(std::uint32_t side) {
+  return std::min(std::bit_ceil(side), largest_texture_side);
+}
+
+// Some writers leave the alpha of a texture empty.
+bool shows_nothing(const Image& image) {
+  return std::all_of(image.texels.begin(), image.texels.end(),
+                     [](const Texel& texel) { return texel.alpha == 0; });
+}
+
+void set_alpha(Image& image, auto alpha_of) {
+  for (Texel& texel : image.texels) texel.alpha = alpha_of(texel.alpha);
+}
+
+}  // namespace
+
+Image checker_image() {
+  constexpr std::uint32_t side = 64, cell = 8;
+  Image image(side, side);
+  for (std::uint32_t y = 0; y < side; ++y)
+    for (std::uint32_t x = 0; x < side; ++x)
+      image.texels[y * side + x] =
+          (x / cell + y / cell) % 2 ? Texel{255, 0, 255, 255} : Texel{40, 40, 40, 255};
+  return image;
+}
+
+Texture_Place Texture_Mapping::place(const aiVector3D& coordinates) const {
+  const auto along = [&](const std::array<double, 3>& row) {
+    return static_cast<float>(row[0] * static_cast<double>(coordinates.x) +
+                              row[1] * static_cast<double>(coordinates.y) + row[2]);
+  };
+  return {along(s), along(t)};
+}
+
+Texture_Importer::Texture_Importer(const aiScene& scene, const std::string& model_path,
+                                   bool is_gltf)
+    : scene_(scene), folder_(std::filesystem::path(model_path).parent_path()), is_gltf_(is_gltf) {}
+
+Texture_Mapping Texture_Importer::add_texture(Material& material, const aiMaterial& source) {
+  for (const aiTextureType type : texture_types) {
+    aiString name;
+    unsigned channel = 0;
+    std::array modes = {aiTextureMapMode_Wrap, aiTextureMapMode_Wrap};
+    if (source.GetTexture(type, 0, &name, nullptr, &channel, nullptr, nullptr, modes.data()) !=
+            aiReturn_SUCCESS ||
+        name.length == 0)
+      continue;
+    material.texture = index_of(name.C_Str(), alpha_use_of(source));
+    material.wrap_s = wrap_of(modes[0]);
+    material.wrap_t = wrap_of(modes[1]);
+    // Black would let nothing of the texture be seen: it stands for "see the texture".
+    Color& diffuse = material.diffuse;
+    if (diffuse.red + diffuse.green + diffuse.blue <= 0) diffuse = {1, 1, 1, diffuse.alpha};
+    Texture_Mapping mapping;
+    aiUVTransform transform;
+    if (is_gltf_ && source.Get(AI_MATKEY_UVTRANSFORM(type, 0), transform) == aiReturn_SUCCESS)
+      mapping = mapping_of(transform);
+    mapping.channel = channel;
+    return mapping;
+  }
+  return {};
+}
+
+Texture_Importer::Alpha_Use Texture_Importer::alpha_use_of(const aiMaterial& source) const {
+  using Kind = Alpha_Use::Kind;
+  if (!is_gltf_) return {Kind::kept};
+  aiString mode;
+  source.Get(AI_MATKEY_GLTF_ALPHAMODE, mode);
+  if (mode == aiString("BLEND")) return {Kind::kept};
+  if (mode != aiString("MASK")) return {Kind::opaque};
+  float least_shown = 0.5f;
+  source.Get(AI_MATKEY_GLTF_ALPHACUTOFF, least_shown);
+  return {Kind::cut, least_shown};
+}
+
+std::uint32_t Texture_Importer::index_of(const std::string& name, const Alpha_Use& alpha) {
+  // One file may be a texture of its own for each use of its alpha; it is missing only once.
+  const std::string use = std::to_string(static_cast<int>(alpha.kind)) + " " +
+                          std::to_string(alpha.least_shown) + " " + name;
+  const auto [entry, is_new] = known_.try_emplace(use, checker_);
+  if (!is_new) return entry->second;
+  try {
+    Image image = prepared(read(name), alpha);
+    if (texels_ + image.texels.size() > most_texels)
+      throw std::runtime_error("leaves too little memory");
+    texels_ += image.texels.size();
+    images_.push_back(std::move(image));
+    entry->second = static_cast<std::uint32_t>(images_.size() - 1);
+  } catch (const std::bad_alloc&) {
+    warn(name, "needs too much memory");
+    entry->second = checker_index();
+  } catch (const std::exception& error) {
+    warn(name, error.what());
+    entry->second = checker_index();
+  }
+  return entry->second;
+}
+
+std::uint32_t Texture_Importer::checker_index() {
+  if (checker_ == no_texture) {
+    images_.push_back(checker_image());
+    checker_ = static_cast<std::uint32_t>(images_.size() - 1);
+  }
+  return checker_;
+}
+
+Image Texture_Importer::read(const std::string& name) const {
+  if (const aiTexture* embedded = scene_.GetEmbeddedTexture(name.c_str()))
+    return embedded_image(*embedded);
+  const std::filesystem::path path = find_texture(folder_, name);
+  if (path.empty()) throw std::runtime_error("is not found beside the model");
+  const std::vector<char> content = content_of(path);
+  return decode_image(std::as_bytes(std::span(content)), is_named_tga(path.string()));
+}
+
+Image Texture_Importer::prepared(Image image, const Alpha_Use& alpha) const {
+  using Kind = Alpha_Use::Kind;
+  if (alpha.kind == Kind::opaque || shows_nothing(image))
+    set_alpha(image, [](std::uint8_t) { return std::uint8_t{255}; });
+  image = resized(image, texture_side(image.width), texture_side(image.height));
+  if (alpha.kind == Kind::cut)
+    set_alpha(image, [&](std::uint8_t byte) {
+      return static_cast<std::uint8_t>(byte / 255.0f >= alpha.least_shown ? 255 : 0);
+    });
+  return image;
+}
+
+void Texture_Importer::warn(const std::string& name, const std::string& what) {
+  const std::string shown =
+      name.starts_with('*') ? "embedded texture " + name.substr(1) : "texture '" + name + "'";
+  const std::string warning = shown + " " + what + "; a checker stands in its place";
+  if (std::find(warnings_.begin(), warnings_.end(), warning) == warnings_.end())
+    warnings_.push_back(warning);
+}
+
+}  // namespace kv

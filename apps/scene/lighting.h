@@ -1,0 +1,25 @@
+// The light on a surface: a key light beside the viewer's head and a weaker fill from the other
+// side, both moving with the viewer, so that no view of a model is dark.
+#pragma once
+
+#include "apps/load/model.h"
+#include "apps/scene/camera.h"
+
+namespace kv {
+
+class Lighting {
+ public:
+  explicit Lighting(const View& view);
+
+  // The colour of a surface. Both sides are lit; `toward_eye` tells which one is seen.
+  Color shade(Vec3 normal, Vec3 toward_eye, const Color& surface) const;
+
+ private:
+  Vec3 key_, fill_, highlight_;
+};
+
+constexpr Color operator*(const Color& a, const Color& b) {
+  return {a.red * b.red, a.green * b.green, a.blue * b.blue, a.alpha * b.alpha};
+}
+
+}  // namespace kv

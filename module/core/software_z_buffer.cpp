@@ -1,0 +1,36 @@
+#include "module/core/software_z_buffer.h"
+
+#include <memory>
+#include <new>
+
+#include "module/core/options.h"
+
+Software_Z_Buffer::Software_Z_Buffer(const KT_Renderer_Data* source)
+    : KT_Renderer_Data(source),
+      renderer_options(zbuffer::make_options(renderer_option_table)),
+      current_option_set(zbuffer::make_options(current_option_table)),
+      mask_cache(new Mask_Cache_Data),
+      color_cube(KT_Int_RGB{2, 2, 2}, 1.0f, 0) {
+  declared_options.set_buffer_depth(16);
+  declared_options.set_backing_store(true);
+  declared_options.set_supports_complex_clip(true);
+  set_standard_actions(false);
+  mask_cache.release();  // lives only for the construction; `establish` makes the one in use
+  zbuffer::install_depth_setters(option_table());
+}
+
+Software_Z_Buffer::~Software_Z_Buffer() {
+  mask_cache.release();
+  depth_image.release();
+  color_image.release();
+}
+
+// No exception leaves the module's entry: what fails halfway unwinds and gives null.
+extern "C" __attribute__((visibility("default"))) KT_Renderer_Data* KD_Renderer(
+    const KT_Renderer_Data* source) {
+  try {
+    return new Software_Z_Buffer(source);
+  } catch (...) {
+    return nullptr;
+  }
+}

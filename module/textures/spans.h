@@ -1,0 +1,254 @@
+// Spans of textured triangles. The order at a pixel is: depth test, pattern bit, wrap test, fetch,
+// ink; a pixel that fails anywhere keeps its colour and depth, but for `Transparent::keeps_color`.
+// Coordinates, depth and tint step through every pixel, drawn or not.
+//
+// Pixels are taken four at a time, all of them fetched and made and those that passed selected;
+// masked coordinates never leave the image, so that a texel may be fetched for nothing.
+#pragma once
+
+#include <optional>
+
+#include "module/core/frame.h"
+#include "module/pixels/pixel_bits.h"
+#include "module/raster/walk.h"
+#include "module/textures/inks.h"
+#include "module/textures/rules.h"
+#include "module/textures/texture.h"
+
+namespace zbuffer::textures {
+
+/// The depth test along a span, four pixels at a time.
+class Depth_Walk {
+ public:
+  Depth_Walk(std::uint16_t* depth, const Stepped& z, std::int32_t count)
+      : depth_(depth), z_(z.value, z.step), left_(count) {}
+
+  /// Goes to the next four pixels, from here on, of which one passes; false when there are none.
+  bool find() {
+    for (; left_ >= quad_size; advance()) {
+      if (test(Whole_Quad{})) return true;
+    }
+    return left_ > 0 && test(Part_Of_Quad{left_});
+  }
+  void advance() {
+    z_.advance();
+    at_ += quad_size;
+    left_ -= quad_size;
+  }
+
+  std::int32_t at() const { return at_; }      ///< the first of the four
+  std::int32_t left() const { return left_; }  ///< pixels from there on
+  Quad pass() const { return pass_; }
+
+  /// Stores the depths of some that passed.
+  template <class Access>
+  void store(Access access, Quad where) {
+    access.store(depth_ + at_, select(where, d_, stored_));
+  }
+
+ private:
+  template <class Access>
+  bool test(Access access) {
+    d_ = (z_.at() >> Depth::fraction_bits) & 0xFFFFu;
+    stored_ = access.load(depth_ + at_);
+    pass_ = at_most(d_, stored_);
+    return !is_nowhere(pass_);
+  }
+
+  std::uint16_t* depth_;
+  Quad_Steps z_;
+  std::int32_t at_ = 0;
+  std::int32_t left_;
+  Quad d_, stored_, pass_;
+};
+
+/// The texture and tint of a span's pixels.
+template <Transparent transparent, class Tint, class Ink>
+struct Pen {
+  using Pixel = typename Ink::Pixel;
+  using Ink_Row = decltype(std::declval<const Ink&>().row(0));
+
+  Texture texture;  // a copy, which no store to a pixel can change
+  Ink_Row ink;
+  Pixel* to;
+  Quad_Line u;
+  Quad_Line v;
+  typename Tint::Running tint;
+
+  /// Draws the pixels where `walk` has stopped.
+  template <class Access>
+  void draw(Access access, Depth_Walk& walk) const {
+    const Quad at_u = u.at(walk.at());
+    const Quad at_v = v.at(walk.at());
+    Pixel* const pixels = to + walk.at();
+    const Quad pass = walk.pass() & texture.contains(at_u, at_v);
+    const Quad old = access.load(pixels);
+    const Made<Quad> made = ink.make(texture.texel(at_u, at_v), tint.at(walk.at()), old, pixels);
+    Quad colored = pass;
+    if constexpr (transparent != Transparent::ordinary) colored &= ~is_zero(made.alpha);
+    walk.store(access, transparent == Transparent::dropped ? colored : pass);
+    access.store(pixels, select(colored, made.color, old));
+  }
+};
+
+/// The state of a scan that outlives its spans: the depth that the latest span of two or more
+/// pixels ended with, none at first.
+using Running_Depth = std::optional<Word>;
+
+/// What a span draws with.
+template <class Tint_Type, class Ink_Type>
+struct Dress {
+  using Tint = Tint_Type;
+  using Ink = Ink_Type;
+
+  Texture texture;
+  Tint tint;
+  Ink ink;
+};
+
+template <Member member, class Cover, class Dress_Type>
+class Span {
+ public:
+  using Tint = typename Dress_Type::Tint;
+  using Ink = typename Dress_Type::Ink;
+  using Pixel = typename Ink::Pixel;
+
+  Span(const Frame& frame, const Cover& cover, const Dress_Type& dress)
+      : frame_(frame), cover_(cover), dress_(dress) {}
+
+  /// The next triangle's middle row: lower rows belong to its upper half.
+  void begin_triangle(std::int32_t mid_y) { mid_y_ = mid_y; }
+
+  template <class Run, class Edge_Type>
+  void operator()(std::int32_t y, const Run& run, const Edge_Type& left, const Edge_Type& right) {
+    if constexpr (!Cover::solid) {
+      // The bit of the first pixel decides on the whole span.
+      if (cover_.is_set(run.x, y)) {
+        if (cover_.opaque()) draw_contrast(y, run, left, right);
+        return;
+      }
+    } else if constexpr (the_rule(rules::short_span_rules, member) == Short_Spans::one_and_two) {
+      if (run.count <= 2) {
+        if (run.count == 2) draw_second(y, run.x + 1, left, right);
+        return draw_first(y, run.x, left);
+      }
+    }
+    draw(y, run, left, right);
+  }
+
+ private:
+  static constexpr Transparent transparent = the_rule(rules::transparent_rules, member);
+
+  template <class Run, class Edge_Type>
+  void draw(std::int32_t y, const Run& run, const Edge_Type& left, const Edge_Type& right) {
+    const Span_Start start(run);
+    const Stepped z = depths(start, left, right);
+    if constexpr (keeps_running_depth) {
+      running_depth_ = z.value + as_word(run.count - 1) * z.step;
+    }
+    // All but depth is set up where the first pixel passes: in crowded scenes few spans get there.
+    Depth_Walk walk(frame_.depth(y, run.x), z, run.count);
+    if (!walk.find()) return;
+    const Pen<transparent, Tint, Ink> pen{dress_.texture,
+                                          dress_.ink.row(y),
+                                          frame_.color<Pixel>(y, run.x),
+                                          coordinate(start, left[u_lane], right[u_lane]),
+                                          coordinate(start, left[v_lane], right[v_lane]),
+                                          dress_.tint.begin(start, left, right)};
+    while (walk.left() >= quad_size) {
+      pen.draw(Whole_Quad{}, walk);
+      walk.advance();
+      if (!walk.find()) return;
+    }
+    pen.draw(Part_Of_Quad{walk.left()}, walk);
+  }
+
+  template <class Edge_Type>
+  static Stepped depths(const Span_Start& start, const Edge_Type& left, const Edge_Type& right) {
+    return start.between<Depth>(left[depth_lane], right[depth_lane]);
+  }
+
+  // The numbers are unsigned, so that the difference to a negative one wraps and comes out right.
+  static Quad_Line coordinate(const Span_Start& start, Word left, Word right) {
+    const std::int32_t from = Position::whole_unsigned(left);
+    const Word step = start.pixels.line_step(Position::whole_unsigned(right) - from);
+    return {Position::at(from) + as_word(start.skipped) * step, step};
+  }
+
+  template <class Run, class Edge_Type>
+  void draw_contrast(std::int32_t y, const Run& run, const Edge_Type& left,
+                     const Edge_Type& right) {
+    Stepped z = depths(Span_Start(run), left, right);
+    Pixel* to = frame_.color<Pixel>(y, run.x);
+    std::uint16_t* depth = frame_.depth(y, run.x);
+    for (std::int32_t i = 0; i < run.count; ++i, z.advance()) {
+      const std::uint16_t d = Depth::stored(z.value);
+      if (d > depth[i]) continue;
+      to[i] = dress_.ink.contrast(to[i]);
+      depth[i] = d;
+    }
+  }
+
+  // Short spans of the scan, without a division. The second pixel comes first.
+
+  static constexpr Two_Pixel_Rule rule_of(Half half) {
+    if constexpr (is_indexed(member.set)) {
+      return {};
+    } else {
+      constexpr Two_Pixel_Rule upper =
+          the_rule(rules::two_pixel_rules, Half_Of_Member{member.set, member.road, Half::upper});
+      constexpr Two_Pixel_Rule lower =
+          the_rule(rules::two_pixel_rules, Half_Of_Member{member.set, member.road, Half::lower});
+      return half == Half::upper ? upper : lower;
+    }
+  }
+  static constexpr bool keeps_running_depth =
+      rule_of(Half::upper).first_depth == Depth_From::left_or_running;
+
+  template <class Edge_Type>
+  void draw_second(std::int32_t y, std::int32_t x, const Edge_Type& left, const Edge_Type& right) {
+    const Two_Pixel_Rule rule = rule_of(y < mid_y_ ? Half::upper : Half::lower);
+    const Word mean_z = (right[depth_lane] >> 1) + (left[depth_lane] >> 1);
+    if constexpr (keeps_running_depth) running_depth_ = mean_z;
+    const Word u = (right[u_lane] + left[u_lane]) >> 1;
+    const Word v = (right[v_lane] + left[v_lane]) >> 1;
+    if (!opens(y, x, mean_z, u, v)) return;
+    const Word texel =
+        dress_.texture.texel(u, rule.second_line == Line_From::left ? left[v_lane] : v);
+    plot(y, x, rule.second_depth, left[depth_lane], mean_z,
+         [&](Word old) { return dress_.ink.make(dress_.tint.at_mean(texel, left, right), old); });
+  }
+
+  template <class Edge_Type>
+  void draw_first(std::int32_t y, std::int32_t x, const Edge_Type& left) {
+    const Word z = left[depth_lane];
+    if (!opens(y, x, z, left[u_lane], left[v_lane])) return;
+    const Word texel = dress_.texture.texel(left[u_lane], left[v_lane]);
+    plot(y, x, rule_of(Half::lower).first_depth, z, running_depth_.value_or(z),
+         [&](Word old) { return dress_.ink.make(dress_.tint.at_left(texel, left), old); });
+  }
+
+  bool opens(std::int32_t y, std::int32_t x, Word z, Word u, Word v) const {
+    return Depth::stored(z) <= *frame_.depth(y, x) && dress_.texture.contains(u, v) != 0;
+  }
+
+  // `other` is the mean or the running depth.
+  template <class Make>
+  void plot(std::int32_t y, std::int32_t x, Depth_From from, Word left, Word other, Make make) {
+    Pixel* const to = frame_.color<Pixel>(y, x);
+    const Made<Word> made = make(*to);
+    if (transparent == Transparent::dropped && made.alpha == 0) return;
+    *to = made.color;
+    const bool takes_left =
+        from == Depth_From::left || (from != Depth_From::mean && made.alpha == 255);
+    *frame_.depth(y, x) = Depth::stored(takes_left ? left : other);
+  }
+
+  const Frame& frame_;
+  const Cover& cover_;
+  const Dress_Type& dress_;
+  std::int32_t mid_y_ = 0;
+  Running_Depth running_depth_;
+};
+
+}  // namespace zbuffer::textures

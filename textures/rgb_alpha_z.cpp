@@ -1,9 +1,0 @@
-// The textured routines of `RGB_Alpha_Z`.
-
-#include "textures/entry.h"
-
-namespace zbuffer::textures {
-
-ZBUFFER_TEXTURED_SET(, Set::rgb_alpha_z)
-
-}  // namespace zbuffer::textures
