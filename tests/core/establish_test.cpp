@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
+#include <array>
 #include <string_view>
 
 #include "tests/support/session.h"
@@ -33,48 +33,39 @@ namespace {
 
 enum Cell {
   own,       // the module's
-  bound,     // the module's, or the general routine as long as there is none
   standard,  // the general routine
   kept       // not touched
 };
-struct Row {
-  std::vector<KT_Action> actions;
-  Cell cells[6];
-};
 
-#define LISTED(name, signature) KT_Action::name,
 using enum KT_Action;
-const Row rows[] = {
-    // RGB_Alpha, RGB, Mapped, Mapped_Z, RGB_Alpha_Z, RGB_Z
-    {{KORVEL_STANDARD_POLYTRIANGLES(LISTED) KORVEL_STANDARD_COLORIZED_POLYTRIANGLES(LISTED)
-          KORVEL_STANDARD_GOURAUD_POLYTRIANGLES(LISTED)},
-     {own, own, own, own, own, own}},
-    {{KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(LISTED)}, {kept, kept, kept, bound, bound, bound}},
-    {{KORVEL_STANDARD_POLYLINES(LISTED) KORVEL_STANDARD_COLORIZED_POLYLINES(LISTED)
-          KORVEL_STANDARD_GOURAUD_POLYLINES(LISTED)},
-     {own, own, own, own, own, own}},
-    {{Draw_DCI_Dot, Draw_2D_Polygon, Draw_DC_Polygon, Draw_2DI_Polygon, Draw_DCI_Polygon,
-      Clear_Color, Get_Image, Clear_Depth},
-     {own, own, own, own, own, own}},
-    {{Draw_2DI_Polymarker}, {own, own, own, kept, own, own}},
-    {{Draw_DCI_RGB32_Image}, {own, own, standard, standard, own, own}},
-    {{Draw_DCI_Index8_Image}, {standard, standard, own, own, standard, standard}},
-    {{Get_Depth, Put_Depth}, {kept, kept, kept, own, own, own}},
-};
-const Row tiling_row{{Draw_2DD_Polytriangle, Draw_2DD_Colorized_Polytriangle,
-                      Draw_2DD_Gouraud_Polytriangle, Draw_2DD_Textured_Polytriangle,
-                      Draw_2DD_Polyline, Draw_2DD_Colorized_Polyline, Draw_2DD_Gouraud_Polyline},
-                     {own, own, own, own, own, own}};
+using Cells = std::array<Cell, 6>;
+/// What is not the module's own in some variant.
+const std::map<KT_Action, Cells> odd_cells = [] {
+  std::map<KT_Action, Cells> cells = {
+      // RGB_Alpha, RGB, Mapped, Mapped_Z, RGB_Alpha_Z, RGB_Z
+      {Draw_2DI_Polymarker, {own, own, own, kept, own, own}},
+      {Draw_DCI_RGB32_Image, {own, own, standard, standard, own, own}},
+      {Draw_DCI_Index8_Image, {standard, standard, own, own, standard, standard}},
+  };
+#define IS_KEPT_WITHOUT_DEPTH(name, signature) cells[name] = {kept, kept, kept, own, own, own};
+  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(IS_KEPT_WITHOUT_DEPTH)
+  IS_KEPT_WITHOUT_DEPTH(Put_Depth, )
+  IS_KEPT_WITHOUT_DEPTH(Get_Depth, )
+  return cells;
+}();
+
+bool is_double(KT_Action action) {
+  for (const KT_Action of :
+       {Draw_2DD_Polytriangle, Draw_2DD_Colorized_Polytriangle, Draw_2DD_Gouraud_Polytriangle,
+        Draw_2DD_Textured_Polytriangle, Draw_2DD_Polyline, Draw_2DD_Colorized_Polyline,
+        Draw_2DD_Gouraud_Polyline}) {
+    if (action == of) return true;
+  }
+  return false;
+}
 
 using Function = void (*)();
 void mark() {}
-
-Function standard_routine(KT_Action action) {
-#define AND_ROUTINE(name, signature) \
-  if (action == KT_Action::name) return reinterpret_cast<Function>(&KD_Standard_##name);
-  KORVEL_STANDARD_ACTIONS(AND_ROUTINE)
-  return nullptr;
-}
 
 bool in_module(Function function) {
   Dl_info info;
@@ -85,24 +76,19 @@ bool in_module(Function function) {
 bool right_record(const Session& session, KT_Action action, Cell cell) {
   const auto& [object, function, extra, valid] = session.actions()[action];
   if (cell == kept) return function == &mark && object == nullptr && extra == 5 && valid == 7;
+  const Function general = action == Draw_DCI_RGB32_Image
+                               ? reinterpret_cast<Function>(&KD_Standard_Draw_DCI_RGB32_Image)
+                               : reinterpret_cast<Function>(&KD_Standard_Draw_DCI_Index8_Image);
   return object == &session.renderer() && extra == 0 && valid == 1 &&
-         ((cell != own && function == standard_routine(action)) ||
-          (cell != standard && in_module(function)));
-}
-
-void expect_row(const Session& session, Variant variant, const Row& row) {
-  for (const KT_Action action : row.actions) {
-    EXPECT_TRUE(right_record(session, action, row.cells[zbuffer::index_of(variant)]))
-        << name_of(variant) << ", action " << static_cast<int>(action);
-  }
+         (cell == own ? in_module(function) : function == general);
 }
 
 /// Configures for `variant`, with a mark behind every action that may be bound.
 void configure(const Session& session, Variant variant) {
-  session.options().set_color_system(zbuffer::is_mapped(variant) ? KT_Color_System::mapped
-                                                                 : KT_Color_System::direct);
-  session.options().set_buffer_depth(zbuffer::has_depth(variant) ? 1 : 0);
-  session.options().set_alpha_blending(zbuffer::is_alpha(variant));
+  session.options().set_color_system(is_mapped(variant) ? KT_Color_System::mapped
+                                                        : KT_Color_System::direct);
+  session.options().set_buffer_depth(has_depth(variant) ? 1 : 0);
+  session.options().set_alpha_blending(is_alpha(variant));
   for (int i = 0; i < static_cast<int>(Create_Frame_Buffer); ++i) {
     session.actions().records[i] = {nullptr, &mark, 5, 7};
   }
@@ -110,41 +96,26 @@ void configure(const Session& session, Variant variant) {
 }
 
 TEST(Establish, BindsByVariant) {
-  Session session;
-  std::map<std::pair<KT_Action, bool>, std::set<Function>> common;  // of several variants
-  for (const Variant variant : all_variants) {
-    configure(session, variant);
-    for (const Row& row : rows) expect_row(session, variant, row);
-    for (const KT_Action action : tiling_row.actions) {
-      EXPECT_TRUE(right_record(session, action, kept));
+  for (const bool tiling : {false, true}) {
+    Session session;
+    session.option(L"Enable Tiling").set(KT_Option_Value(tiling));
+    for (const Variant variant : all_variants) {
+      configure(session, variant);
+      for (int i = 0; i < static_cast<int>(Create_Frame_Buffer); ++i) {
+        const auto action = static_cast<KT_Action>(i);
+        const auto odd = odd_cells.find(action);
+        Cell cell = is_double(action) && !tiling ? kept : own;
+        if (odd != odd_cells.end()) cell = odd->second[static_cast<std::size_t>(variant)];
+        EXPECT_TRUE(right_record(session, action, cell)) << name_of(variant) << ", action " << i;
+      }
+      // Without depth the clear does nothing.
+      if (!has_depth(variant)) session.actions().call<Clear_Depth>(session.rendition);
     }
-    const auto note = [&](KT_Action action, bool which) {
-      common[{action, which}].insert(session.actions()[action].function);
-    };
-    for (const KT_Action action : {Draw_2D_Polygon, Draw_DCI_Polygon}) note(action, true);
-    for (const KT_Action action : {Clear_Color, Get_Image}) note(action, is_mapped(variant));
-    for (const KT_Action action : {Clear_Depth, Get_Depth}) note(action, has_depth(variant));
-    // Without depth the clear does nothing.
-    if (!has_depth(variant)) session.actions().call<KT_Action::Clear_Depth>(session.rendition);
+    // What tiling has bound stays bound.
+    session.option(L"Enable Tiling").set(KT_Option_Value(false));
+    session.establish();
+    EXPECT_EQ(in_module(session.actions()[Draw_2DD_Polyline].function), tiling);
   }
-  for (const auto& [key, functions] : common) {
-    EXPECT_EQ(functions.size(), 1U) << static_cast<int>(key.first);
-    if (key.second) {
-      EXPECT_NE((common[{key.first, false}]), functions) << static_cast<int>(key.first);
-    }
-  }
-}
-
-TEST(Establish, TilingBindsWhatStaysBound) {
-  Session session;
-  session.option(L"Enable Tiling").set(KT_Option_Value(true));
-  for (const Variant variant : all_variants) {
-    configure(session, variant);
-    expect_row(session, variant, tiling_row);
-  }
-  session.option(L"Enable Tiling").set(KT_Option_Value(false));
-  session.establish();
-  expect_row(session, Variant::rgb_z, tiling_row);
 }
 
 TEST(Establish, KeepsImagesThatFit) {

@@ -1,10 +1,13 @@
+// Outcodes and the verdict on a list of points.
 #include "host/clip.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <random>
+#include <cmath>
 #include <vector>
+
+#include "tests/support/random.h"
 
 namespace {
 
@@ -47,14 +50,14 @@ void check_list(const KT_Int_Rectangle& rectangle, const std::vector<KT_DCI_Poin
 
 // All lengths round whole groups of points, with coordinates on the edges and beside them.
 TEST(Clip, GivesCodesAndVerdictOfEveryLength) {
-  std::mt19937 random(2);
+  support::Random random(2);
   const KT_Int_Rectangle rectangle = {-3, 3, -2, 5};
   for (int round = 0; round < 400; ++round) {
     std::vector<KT_DCI_Point> points(static_cast<std::size_t>(round % 14));
     const int reach = 1 + round % 9;
     for (KT_DCI_Point& p : points) {
-      p = {static_cast<int>(random() % 5) - 2 + reach * (round % 3 - 1),
-           static_cast<int>(random() % 7) - 2 + reach * (round / 3 % 3 - 1), 7};
+      p = {random.range(-2, 2) + reach * (round % 3 - 1),
+           random.range(-2, 4) + reach * (round / 3 % 3 - 1), 7};
     }
     check_list(rectangle, points);
   }

@@ -1,30 +1,24 @@
+// Palettes, the colour cube and the face patterns.
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <random>
 #include <set>
-#include <vector>
 
 #include "host/application.h"
+#include "tests/support/random.h"
 
 namespace {
 
-KT_RGB32 random_color(std::mt19937& random) {
-  return KT_RGB32::from_word(static_cast<std::uint32_t>(random()));
-}
-
-int squared_distance(const KT_RGB32& a, const KT_RGB32& b) {
-  const int red = a.red - b.red, green = a.green - b.green, blue = a.blue - b.blue;
-  return red * red + green * green + blue * blue;
-}
+using support::Random;
 
 int nearest_by_trial(const KT_Palette_Data& palette, const KT_RGB32& color) {
-  int best = 0;
-  for (int n = 1; n < palette.entry_count; ++n) {
-    if (squared_distance(palette.entries[n].color, color) <
-        squared_distance(palette.entries[best].color, color)) {
-      best = n;
-    }
+  int best = 0, least = INT32_MAX;
+  for (int n = 0; n < palette.entry_count; ++n) {
+    const KT_RGB32& entry = palette.entries[n].color;
+    const int red = entry.red - color.red, green = entry.green - color.green;
+    const int blue = entry.blue - color.blue;
+    const int distance = red * red + green * green + blue * blue;
+    if (distance < least) best = n, least = distance;
   }
   return best;
 }
@@ -32,16 +26,16 @@ int nearest_by_trial(const KT_Palette_Data& palette, const KT_RGB32& color) {
 // More colours than can be remembered, some asked for again, and few enough different ones in a
 // second round that nearly all are remembered.
 TEST(Palette, FindsTheNearestEntryRememberedOrNot) {
-  std::mt19937 random(1);
+  Random random(1);
   for (int count : {1, 2, 17, 256}) {
     std::vector<KT_RGB32> colors;
-    for (int n = 0; n < count; ++n) colors.push_back(random_color(random));
+    for (int n = 0; n < count; ++n) colors.push_back(random.color());
     colors.back() = colors.front();  // a tie
     const KT_Palette palette(colors.data(), count, nullptr);
 
     std::vector<KT_RGB32> asked = {{0, 0, 0, 0}, {1, 0, 0, 255}, colors.front()};
     for (int n = 0; n < 6000; ++n) {
-      asked.push_back(n % 3 == 0 ? asked[random() % asked.size()] : random_color(random));
+      asked.push_back(n % 3 == 0 ? asked[random.word() % asked.size()] : random.color());
     }
     for (const KT_RGB32& color : asked) {
       ASSERT_EQ(palette.closest_match(color, false), nearest_by_trial(*palette, color));
@@ -68,18 +62,20 @@ int cube_coordinate(int channel, int scale, int threshold) {
   return ((channel * scale << 8) + threshold) >> 16;
 }
 
-// With any threshold, and with the rounding term that some routines put in.
-TEST(Color_Cube, DitheredCoordinatesStayInTheCubeAndEndsArePure) {
+// With any threshold, and with the rounding term that some routines put in. Averaged over the
+// tile, a dithered colour is the colour.
+TEST(Color_Cube, DitheredCoordinatesStayInTheCubeAndKeepTheMean) {
   for (int size = 2; size <= 6; ++size) {
     const KT_Color_Cube cube({size, size, size}, 1.0F, 0);
-    for (const int threshold : SHARED.dither_table) {
-      for (int channel = 0; channel < 256; ++channel) {
+    for (int channel = 0; channel < 256; ++channel) {
+      double sum = 0;
+      for (const int threshold : SHARED.dither_table) {
         const int coordinate = cube_coordinate(channel, cube.red_scale, threshold + 128);
-        ASSERT_GE(coordinate, 0);
-        ASSERT_LT(coordinate, size);
+        ASSERT_TRUE(coordinate >= 0 && coordinate < size);
+        sum += cube_coordinate(channel, cube.red_scale, threshold);
       }
-      ASSERT_EQ(cube_coordinate(0, cube.red_scale, threshold), 0);
-      ASSERT_EQ(cube_coordinate(255, cube.red_scale, threshold), size - 1);
+      const double expected = channel * (size - 1) / 255.0;
+      EXPECT_NEAR(sum / 64, expected, channel % 255 == 0 ? 0 : 0.04) << channel;
     }
   }
 }
@@ -92,64 +88,34 @@ TEST(Color_Cube, IndexesThePaletteItIsPartOf) {
   for (int n = 0; n < 256; ++n) different.insert(palette->entries[n].color.word());
   EXPECT_EQ(different.size(), 256U);
 
-  for (int red = 0; red < 6; ++red) {
-    for (int green = 0; green < 6; ++green) {
-      for (int blue = 0; blue < 6; ++blue) {
-        const int index = cube.base_index + red * cube.red_stride + green * cube.green_stride +
-                          blue * cube.blue_stride;
-        const KT_RGB32& color = palette->entries[index].color;
-        EXPECT_EQ(cube_coordinate(color.red, cube.red_scale, 32768), red);
-        EXPECT_EQ(cube_coordinate(color.green, cube.green_scale, 32768), green);
-        EXPECT_EQ(cube_coordinate(color.blue, cube.blue_scale, 32768), blue);
-      }
-    }
+  for (int n = 0; n < 216; ++n) {
+    const int red = n / 36, green = n / 6 % 6, blue = n % 6;
+    const int index = cube.base_index + red * cube.red_stride + green * cube.green_stride +
+                      blue * cube.blue_stride;
+    const KT_RGB32& color = palette->entries[index].color;
+    EXPECT_EQ(cube_coordinate(color.red, cube.red_scale, 32768), red);
+    EXPECT_EQ(cube_coordinate(color.green, cube.green_scale, 32768), green);
+    EXPECT_EQ(cube_coordinate(color.blue, cube.blue_scale, 32768), blue);
   }
 }
 
-// Averaged over the tile, a dithered colour is the colour.
-TEST(Color_Cube, DitherKeepsTheMean) {
-  const KT_Color_Cube cube({6, 6, 6}, 1.0F, 0);
-  for (int channel = 0; channel < 256; ++channel) {
-    double sum = 0;
-    for (const int threshold : SHARED.dither_table) {
-      sum += cube_coordinate(channel, cube.red_scale, threshold);
-    }
-    EXPECT_NEAR(sum / 64, channel * 5.0 / 255, 0.04) << channel;
-  }
-}
-
-TEST(Face_Patterns, RampFromHolesToFull) {
-  const auto holes = [](int pattern, int row) {
-    return static_cast<unsigned>(KORVEL.face_pattern_table[pattern][row]);
-  };
-  for (int pattern = 0; pattern <= 64; ++pattern) {
+TEST(Face_Patterns, RampFromHolesToFullAndAreAllDifferent) {
+  std::set<std::vector<std::uint8_t>> different;
+  for (int pattern = 0; pattern < 74; ++pattern) {
+    const std::uint8_t* const holes = KORVEL.face_pattern_table[pattern];
+    different.insert(std::vector<std::uint8_t>(holes, holes + 8));
+    if (pattern > 64) continue;
     int drawn = 64;
     for (int row = 0; row < 8; ++row) {
-      drawn -= std::popcount(holes(pattern, row));
+      drawn -= std::popcount(holes[row]);
       if (pattern == 0) continue;
-      EXPECT_EQ(holes(pattern, row) & ~holes(pattern - 1, row), 0U);
+      EXPECT_EQ(holes[row] & ~KORVEL.face_pattern_table[pattern - 1][row], 0);
     }
     EXPECT_EQ(drawn, pattern);
   }
-}
-
-TEST(Face_Patterns, HatchesAreDifferentAndLieAsTheyShould) {
-  std::set<std::vector<std::uint8_t>> different;
-  for (int pattern = 0; pattern < 74; ++pattern) {
-    const std::uint8_t* const bits = KORVEL.face_pattern_table[pattern];
-    different.insert(std::vector<std::uint8_t>(bits, bits + 8));
-  }
   EXPECT_EQ(different.size(), 74U);
-
-  const auto is_drawn = [](int pattern, int x, int y) {
-    return (KORVEL.face_pattern_table[pattern][y] >> x & 1) == 0;
-  };
-  for (int n = 0; n < 8; ++n) {
-    EXPECT_TRUE(is_drawn(65, n, 7));  // horizontal
-    EXPECT_TRUE(is_drawn(66, 0, n));  // vertical
-    EXPECT_TRUE(is_drawn(67, n, n));  // rising: y is up
-    EXPECT_TRUE(is_drawn(68, n, 7 - n));
-  }
+  // A rising hatch rises: y is up.
+  for (int n = 0; n < 8; ++n) EXPECT_EQ(KORVEL.face_pattern_table[67][n] >> n & 1, 0);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Triangulation of contours, and whether a polygon is a strip.
 #include "host/contour.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,11 @@
+// Clip masks against point tests.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include "host/contour.h"
+#include "tests/support/random.h"
 
 namespace {
 
@@ -36,19 +37,17 @@ bool is_inside(const std::vector<Contour>& contours, double x, double y) {
 }
 
 TEST(Mask, HidesWhatPointTestsPutOutside) {
-  std::mt19937 random(6);
-  std::uniform_real_distribution<float> place(-60, 140);
+  support::Random random(6);
+  const auto place = [&](int from) { return static_cast<float>(from + random.real(-60, 140)); };
   Frame_Buffer_Mask mask;
   for (int round = 0; round < 60; ++round) {
     // Sizes round the byte and word limits, and origins on both sides of zero.
     const int width = 60 + round % 9, height = 40 + round % 3;
     const int x = round * 3 - 90, y = 20 - round;
-    std::vector<Contour> contours(1 + random() % 3);
+    std::vector<Contour> contours(1 + random.word() % 3);
     for (Contour& contour : contours) {
-      contour.resize(3 + random() % 6);
-      for (KT_Point& p : contour) {
-        p = {place(random) + static_cast<float>(x), place(random) + static_cast<float>(y), 0};
-      }
+      contour.resize(3 + random.word() % 6);
+      for (KT_Point& p : contour) p = {place(x), place(y), 0};
     }
     const KT_Contour_Set set = contour_set(contours);
     ASSERT_EQ(mask.establish_configuration(width, height, x, y), 1);

@@ -1,19 +1,19 @@
+// Adjoints and transforms.
 #include "host/matrix.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include "tests/support/random.h"
 
 namespace {
 
 // matrix * adjoint is the determinant times identity, whatever the matrix.
 TEST(Matrix, AdjointTurnsPointsBack) {
-  std::mt19937 random(7);
-  std::uniform_real_distribution<double> element(-2, 2);
+  support::Random random(7);
   for (int round = 0; round < 50; ++round) {
     const KT_Handle<KT_Matrix_Double_Data> matrix(new KT_Matrix_Double_Data);
     for (auto& row : matrix->elements) {
-      for (double& value : row) value = element(random);
+      for (double& value : row) value = random.real(-2, 2);
     }
     matrix->adjoint_valid = false;
     matrix->validate_adjoint();

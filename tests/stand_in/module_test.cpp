@@ -1,3 +1,4 @@
+// Loading of renderer modules.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,12 +1,13 @@
+// Segments and triangles cut by a rectangle, with all that their points carry.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <vector>
 
 #include "host/clip.h"
+#include "tests/support/random.h"
 
 namespace {
 
@@ -22,12 +23,11 @@ double distance_to_line(const KT_DCI_Point& p, const KT_Point_D& a, const KT_Poi
 }
 
 TEST(Preclip_Line, EndsLieOnTheFrameAndOnTheSegment) {
-  std::mt19937 random(3);
-  std::uniform_real_distribution<double> place(-400, 400);
+  support::Random random(3);
+  const auto place = [&] { return random.real(-400, 400); };
   int heads = 0, ends = 0, misses = 0;
   for (int round = 0; round < 20000; ++round) {
-    const KT_Point_D segment[2] = {{place(random), place(random), 0},
-                                   {place(random), place(random), 1000}};
+    const KT_Point_D segment[2] = {{place(), place(), 0}, {place(), place(), 1000}};
     short codes[2];
     if (KD_Clip(frame, 2, segment, codes) != -1) continue;
     KT_DCI_Point results[2] = {};
@@ -58,121 +58,106 @@ TEST(Preclip_Line, EndsLieOnTheFrameAndOnTheSegment) {
     }
     ASSERT_TRUE(given == 1 || results[0].z <= results[1].z);
   }
-  EXPECT_GT(heads, 100);
-  EXPECT_GT(ends, 100);
-  EXPECT_GT(misses, 100);
+  EXPECT_GT(std::min({heads, ends, misses}), 100);
 }
 
 TEST(Preclip_Line, CutsColoursAndDepthInProportion) {
-  const KT_Point_D segment[2] = {{-200, 0, 0}, {0, 0, 1000}};
-  const KT_RGB32 colors[2] = {{0, 100, 200, 255}, {100, 100, 0, 55}};
-  KT_DCI_Point result;
-  KT_RGB32 color;
-  KD_Preclip_Head(1, frame, segment, &result, colors, &color);
-  EXPECT_EQ(result, (KT_DCI_Point{-100, 0, 500}));
-  EXPECT_EQ(color, (KT_RGB32{50, 100, 100, 155}));
-
-  const KT_Point_D back[2] = {segment[1], segment[0]};
-  const KT_RGB32 colors_back[2] = {colors[1], colors[0]};
-  KD_Preclip_Tail(1, frame, back, &result, colors_back, &color);
-  EXPECT_EQ(result, (KT_DCI_Point{-100, 0, 500}));
-  EXPECT_EQ(color, (KT_RGB32{50, 100, 100, 155}));
+  const KT_Point_D points[3] = {{-200, 0, 0}, {0, 0, 1000}, {-200, 0, 0}};
+  const KT_RGB32 colors[3] = {{0, 100, 200, 255}, {100, 100, 0, 55}, {0, 100, 200, 255}};
+  KT_DCI_Point results[2];
+  KT_RGB32 cut[2];
+  KD_Preclip_Head(1, frame, points, &results[0], colors, &cut[0]);
+  KD_Preclip_Tail(1, frame, points + 1, &results[1], colors + 1, &cut[1]);
+  for (int n = 0; n < 2; ++n) {
+    EXPECT_EQ(results[n], (KT_DCI_Point{-100, 0, 500})) << n;
+    EXPECT_EQ(cut[n], (KT_RGB32{50, 100, 100, 155})) << n;
+  }
 }
 
 // From far away the inside end must still decide where the frame is crossed.
 TEST(Preclip_Line, ComesInFromVeryFarButNotFromNowhere) {
   const KT_Int_Rectangle guard = {-0x40000000, 0x40000000, -0x40000000, 0x40000000};
   const KT_Point_D segment[2] = {{-1e200, 7, 0}, {3, 7, 0}};
-  KT_DCI_Point result;
-  KD_Preclip_Head(1, guard, segment, &result, nullptr, nullptr);
-  EXPECT_EQ(result.x, -0x40000000);
-  EXPECT_EQ(result.y, 7);
+  KT_DCI_Point results[2];
+  KD_Preclip_Head(1, guard, segment, results, nullptr, nullptr);
+  EXPECT_EQ(results[0].x, -0x40000000);
+  EXPECT_EQ(results[0].y, 7);
 
   const KT_Point_D from_nowhere[2] = {{std::nan(""), 0, 0}, {0, 0x50000000, 0}};
   short codes[2];
   KD_Clip(guard, 2, from_nowhere, codes);
-  KT_DCI_Point results[2];
   EXPECT_FALSE(KD_Preclip_Ends(codes, guard, from_nowhere, results, nullptr, nullptr));
 }
 
-/// Twice the area of a strip, all triangles counted positive.
-double strip_area(int count, const KT_DCI_Point* p) {
-  double sum = 0;
-  for (int n = 0; n + 2 < count; ++n) {
-    sum += std::abs(static_cast<double>(p[n + 1].x - p[n].x) * (p[n + 2].y - p[n].y) -
-                    static_cast<double>(p[n + 1].y - p[n].y) * (p[n + 2].x - p[n].x));
-  }
-  return sum;
+/// Twice the area of three points.
+double area(const KT_DCI_Point& a, const KT_DCI_Point& b, const KT_DCI_Point& c) {
+  return std::abs(static_cast<double>(b.x - a.x) * (c.y - a.y) -
+                  static_cast<double>(b.y - a.y) * (c.x - a.x));
 }
 
-double outline_area(std::vector<KT_DCI_Point> strip) {
-  std::vector<KT_DCI_Point> outline;
-  for (std::size_t n = 1; n < strip.size(); n += 2) outline.push_back(strip[n]);
-  for (std::size_t n = (strip.size() - 1) / 2 * 2;; n -= 2) {
-    outline.push_back(strip[n]);
-    if (n == 0) break;
-  }
-  double sum = 0;
-  for (std::size_t n = 0; n < outline.size(); ++n) {
-    const KT_DCI_Point& a = outline[n];
-    const KT_DCI_Point& b = outline[(n + 1) % outline.size()];
-    sum += static_cast<double>(a.x) * b.y - static_cast<double>(a.y) * b.x;
-  }
-  return std::abs(sum);
-}
-
+/// What is left of a triangle; every attribute is made from the place of its point, so that it
+/// tells where it ended up.
 struct Cut_Triangle {
   int count = 0;
-  std::vector<KT_DCI_Point> points;
+  KT_DCI_Point points[7];
   KT_RGB32 colors[7];
   KT_Parameter parameters[14];
   float floats[7];
   KT_Vector vectors[7];
+  bool drawn = false;
+
+  explicit Cut_Triangle(const KT_Point_D* corners) {
+    KT_RGB32 in_colors[3];
+    KT_Parameter in_parameters[6];
+    float in_floats[3];
+    KT_Vector in_vectors[3];
+    for (int n = 0; n < 3; ++n) {
+      const auto x = static_cast<float>(corners[n].x), y = static_cast<float>(corners[n].y);
+      const float level = std::abs(x) < 500 ? 128 + x / 4 : 0;
+      in_colors[n] = {static_cast<std::uint8_t>(level), 0, 7, 255};
+      in_parameters[2 * n] = {x, y, 1};
+      in_parameters[2 * n + 1] = {y, x, 2};
+      in_floats[n] = x - y;
+      in_vectors[n] = {y, 3, x};
+    }
+    drawn = KD_Preclip_2D_Triangle(nullptr, KT_Rendition(), frame, corners, &count, points,
+                                   in_colors, colors, in_parameters, parameters, 2, in_floats,
+                                   floats, in_vectors, vectors);
+  }
+
+  double strip_area() const {
+    double sum = 0;
+    for (int n = 0; n + 2 < count; ++n) sum += area(points[n], points[n + 1], points[n + 2]);
+    return sum;
+  }
+  /// The same of the outline as a fan, in which the strip goes from side to side.
+  double outline_area() const {
+    std::vector<KT_DCI_Point> outline;
+    for (int n = 0; n < count; n += 2) outline.push_back(points[n]);
+    for (int n = count - 1 - count % 2; n > 0; n -= 2) outline.push_back(points[n]);
+    double sum = 0;
+    for (std::size_t n = 1; n + 1 < outline.size(); ++n) {
+      sum += area(outline[0], outline[n], outline[n + 1]);
+    }
+    return sum;
+  }
 };
 
-std::uint8_t channel_of(float place) {
-  return std::abs(place) < 500 ? static_cast<std::uint8_t>(128 + place / 4) : 0;
-}
-
-bool cut(const KT_Int_Rectangle& rectangle, const KT_Point_D* points, Cut_Triangle& result) {
-  // Every attribute is made from the place of its point, so that it tells where it ended up.
-  KT_RGB32 colors[3];
-  KT_Parameter parameters[6];
-  float floats[3];
-  KT_Vector vectors[3];
-  for (int n = 0; n < 3; ++n) {
-    const auto x = static_cast<float>(points[n].x), y = static_cast<float>(points[n].y);
-    colors[n] = {channel_of(x), channel_of(y), 7, 255};
-    parameters[2 * n] = {x, y, 1};
-    parameters[2 * n + 1] = {y, x, 2};
-    floats[n] = x - y;
-    vectors[n] = {y, 3, x};
-  }
-  result.points.resize(7);
-  const bool drawn =
-      KD_Preclip_2D_Triangle(nullptr, KT_Rendition(), rectangle, points, &result.count,
-                             result.points.data(), colors, result.colors, parameters,
-                             result.parameters, 2, floats, result.floats, vectors, result.vectors);
-  result.points.resize(static_cast<std::size_t>(result.count));
-  return drawn;
-}
-
 TEST(Preclip_Triangle, GivesAConvexStripWithinTheFrameAndItsAttributes) {
-  std::mt19937 random(4);
-  std::uniform_real_distribution<double> place(-300, 300);
+  support::Random random(4);
+  const auto place = [&] { return random.real(-300, 300); };
   int seven_corners = 0;
   for (int round = 0; round < 20000; ++round) {
-    const KT_Point_D points[3] = {{place(random), place(random), 0},
-                                  {place(random), place(random), 500},
-                                  {place(random), place(random), 1000}};
-    Cut_Triangle rest;
-    if (!cut(frame, points, rest)) continue;
+    const KT_Point_D points[3] = {
+        {place(), place(), 0}, {place(), place(), 500}, {place(), place(), 1000}};
+    const Cut_Triangle rest(points);
+    if (!rest.drawn) continue;
     if (rest.count == 7) ++seven_corners;
     ASSERT_LE(rest.count, 7);
     // A strip in the right order covers its outline just once, but for what rounding bends.
-    ASSERT_NEAR(strip_area(rest.count, rest.points.data()), outline_area(rest.points), 300);
+    ASSERT_NEAR(rest.strip_area(), rest.outline_area(), 300);
     for (int n = 0; n < rest.count; ++n) {
-      const KT_DCI_Point& p = rest.points[static_cast<std::size_t>(n)];
+      const KT_DCI_Point& p = rest.points[n];
       ASSERT_TRUE(lies_in(frame, p));
       ASSERT_NEAR(rest.parameters[2 * n].s, p.x, 0.51);
       ASSERT_NEAR(rest.parameters[2 * n + 1].s, p.y, 0.51);
@@ -189,29 +174,25 @@ TEST(Preclip_Triangle, GivesAConvexStripWithinTheFrameAndItsAttributes) {
 
 TEST(Preclip_Triangle, CoversTheFrameFromOutsideAndDropsWhatMisses) {
   const KT_Point_D round_the_frame[3] = {{-1e9, -1e9, 5}, {1e9, -1e9, 5}, {0, 1e9, 5}};
-  Cut_Triangle rest;
-  ASSERT_TRUE(cut(frame, round_the_frame, rest));
-  EXPECT_EQ(strip_area(rest.count, rest.points.data()), 2.0 * 200 * 110);
-  for (const KT_DCI_Point& p : rest.points) EXPECT_EQ(p.z, 5);
+  const Cut_Triangle rest(round_the_frame);
+  ASSERT_TRUE(rest.drawn);
+  EXPECT_EQ(rest.strip_area(), 2.0 * 200 * 110);
+  for (int n = 0; n < rest.count; ++n) EXPECT_EQ(rest.points[n].z, 5);
 
   // Beyond no single edge, yet outside.
   const KT_Point_D past_a_corner[3] = {{-300, 0, 0}, {0, 300, 0}, {-300, 300, 0}};
-  EXPECT_FALSE(cut(frame, past_a_corner, rest));
+  EXPECT_FALSE(Cut_Triangle(past_a_corner).drawn);
   const KT_Point_D no_number[3] = {{0, 0, 0}, {10, 0, 0}, {std::nan(""), 10, 0}};
-  EXPECT_FALSE(cut(frame, no_number, rest));
+  EXPECT_FALSE(Cut_Triangle(no_number).drawn);
 }
 
 TEST(Preclip_Triangle, RoundsHalvesUpward) {
   const KT_Point_D points[3] = {{-0.5, 0.5, 2.5}, {10, -1.5, -1.51}, {-3.49, 7.49, 1e12}};
-  KT_DCI_Point results[7];
-  int count = 0;
-  ASSERT_TRUE(KD_Preclip_2D_Triangle(nullptr, KT_Rendition(), frame, points, &count, results,
-                                     nullptr, nullptr, nullptr, nullptr, 1, nullptr, nullptr,
-                                     nullptr, nullptr));
-  ASSERT_EQ(count, 3);
-  EXPECT_EQ(results[0], (KT_DCI_Point{0, 1, 3}));
-  EXPECT_EQ(results[1], (KT_DCI_Point{10, -1, -2}));
-  EXPECT_EQ(results[2], (KT_DCI_Point{-3, 7, std::numeric_limits<int>::max()}));
+  const Cut_Triangle rest(points);
+  ASSERT_EQ(rest.count, 3);
+  EXPECT_EQ(rest.points[0], (KT_DCI_Point{0, 1, 3}));
+  EXPECT_EQ(rest.points[1], (KT_DCI_Point{10, -1, -2}));
+  EXPECT_EQ(rest.points[2], (KT_DCI_Point{-3, 7, std::numeric_limits<int>::max()}));
 }
 
 }  // namespace

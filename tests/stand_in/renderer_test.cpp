@@ -1,13 +1,61 @@
+// Renderers of the framework's side: option tables, options in force, frame buffers, and what is
+// counted where no action draws.
 #include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "host/application.h"
 #include "tests/stand_in/plain_renderer.h"
-#include "tests/stand_in/watched_heap.h"
+#include "tests/support/heap.h"
 
 namespace {
+
+TEST(Option_Table, FindsByNameAndReplacesWithoutLosingPointers) {
+  KT_Option_Table table;
+  KT_Option* const first = table.add(KT_Option(L"Margin", KT_Option_Enum::local, 3));
+  table.add(KT_Option(L"Use Mask", KT_Option_Enum::local, true));
+  EXPECT_EQ(table.find(L"Margin"), first);
+  EXPECT_EQ(table.find(L"margin"), nullptr);
+
+  KT_Option* const second = table.add(KT_Option(L"Margin", KT_Option_Enum::local, 4));
+  EXPECT_EQ(table.find(L"Margin"), second);
+  EXPECT_EQ(second->value->as_int(), 4);
+  EXPECT_EQ(first->value->as_int(), 3);
+}
+
+TEST(Option_Table, CarriesOnlyWhatChanged) {
+  KT_Option_Table from, to;
+  KT_Option* const changed = from.add(KT_Option(L"Changed", KT_Option_Enum::local, 0));
+  from.add(KT_Option(L"Kept", KT_Option_Enum::local, 0));
+  to.add(KT_Option(L"Changed", KT_Option_Enum::local, 1));
+  to.add(KT_Option(L"Kept", KT_Option_Enum::local, 1));
+
+  changed->set(KT_Option_Value(7));
+  from.carry_changes_to(to);
+  EXPECT_EQ(to.find(L"Changed")->value->as_int(), 7);
+  EXPECT_EQ(to.find(L"Kept")->value->as_int(), 1);
+
+  // What has been carried is not carried again.
+  to.find(L"Changed")->set(KT_Option_Value(8));
+  from.carry_changes_to(to);
+  EXPECT_EQ(to.find(L"Changed")->value->as_int(), 8);
+}
+
+TEST(Option_Table, RenderersShareOptionsOfSharedScope) {
+  KT_Handle<Plain_Renderer> first(new Plain_Renderer(nullptr));
+  first->renderer_option_table.add(KT_Option(L"Mask Cache", KT_Option_Enum::shared, nullptr));
+  first->current_option_table.add(KT_Option(L"Mask Cache", KT_Option_Enum::shared, nullptr));
+  first->current_option_table.add(KT_Option(L"Margin", KT_Option_Enum::local, 5));
+
+  const KT_Handle<Plain_Renderer> second(new Plain_Renderer(first.get()));
+  EXPECT_EQ(second->current_option_table.find(L"Margin"), nullptr);
+  EXPECT_EQ(second->current_option_table.find(L"Mask Cache"),
+            first->current_option_table.find(L"Mask Cache"));
+
+  int object = 0;
+  first->renderer_option_table.find(L"Mask Cache")->set(KT_Option_Value(&object));
+  first->update_current_options();
+  first.release();  // what is shared outlives its first table
+  EXPECT_EQ(second->option_table().find(L"Mask Cache")->value->pointer(), &object);
+}
 
 using Renderer = KT_Handle<Plain_Renderer>;
 
@@ -66,7 +114,7 @@ TEST(Renderer, CreatesFrameBuffersOrLeavesNone) {
   create(5, 5, KT_Image_Format::renderer_own);
   EXPECT_FALSE(image);
 
-  const watched_heap::Exhausted exhausted(1);
+  const heap::Exhausted exhausted(1, heap::Refusal::by_null);
   create(5, 5, KT_Image_Format::rgb32);
   EXPECT_FALSE(image);
 }
@@ -74,33 +122,27 @@ TEST(Renderer, CreatesFrameBuffersOrLeavesNone) {
 /// What arrived at the triangle action.
 struct Received {
   std::vector<KT_DCI_Point> points;
-  KT_Int_Rectangle hard_clip;
-  int depth_enabled = -1;
-  std::uint32_t advanced_bits = 0;
+  KT_Rendition rendition;
 };
-Received received;
-
-void receive(KT_Renderer_Data*, const KT_Rendition& rendition, int count,
-             const KT_DCI_Point* points) {
-  received.points.assign(points, points + count);
-  received.hard_clip = rendition->display_context->hard_clip;
-  received.depth_enabled = rendition->display_context->depth_enabled;
-  received.advanced_bits = rendition->misc_attributes->advanced_options.bits;
-}
 
 TEST(Span_Rectangle, IsAClippedStripWithoutDepthOrEdges) {
   const Renderer renderer(new Plain_Renderer(nullptr));
-  renderer->actions.bind<KT_Action::Draw_2DI_Polytriangle>(renderer.get(), receive);
+  static Received received;
+  renderer->actions.bind<KT_Action::Draw_2DI_Polytriangle>(
+      renderer.get(),
+      [](KT_Renderer_Data*, const KT_Rendition& rendition, int count, const KT_DCI_Point* points) {
+        received = {{points, points + count}, rendition};
+      });
   KT_Rendition rendition = KD_Default_Rendition({0, 99, 0, 49});
   rendition.set_advanced_options({KT_Advanced_Options::edge_bit | KT_Advanced_Options::alpha_bit},
                                  false);
   const std::uint32_t id = rendition->id;
 
-  received = {};
   KD_Span_DC_Rectangle(renderer.get(), rendition, -5, 20, 10, 60);
-  EXPECT_EQ(received.hard_clip, (KT_Int_Rectangle{0, 20, 10, 49}));
-  EXPECT_EQ(received.depth_enabled, 0);
-  EXPECT_EQ(received.advanced_bits, KT_Advanced_Options::alpha_bit);
+  const KT_Rendition_Data& given = *received.rendition;
+  EXPECT_EQ(given.display_context->hard_clip, (KT_Int_Rectangle{0, 20, 10, 49}));
+  EXPECT_EQ(given.display_context->depth_enabled, 0);
+  EXPECT_EQ(given.misc_attributes->advanced_options.bits, KT_Advanced_Options::alpha_bit);
   ASSERT_EQ(received.points.size(), 4U);
   EXPECT_EQ(received.points[0], (KT_DCI_Point{0, 10, 0}));
   EXPECT_EQ(received.points[3], (KT_DCI_Point{21, 50, 0}));

@@ -1,3 +1,4 @@
+// Renditions and the default materials.
 #include <gtest/gtest.h>
 
 #include "host/application.h"

@@ -1,11 +1,12 @@
 // Both heaps with a watch on them, the framework's and the language's: the test program's own
-// allocation routines stand in front of the libraries', for calls of the module too.
+// allocation routines come before the libraries', for calls of the module too.
 #pragma once
 
 namespace heap {
 
-long allocated();  ///< blocks that the two heaps gave since the start
-long live();       ///< of these, the blocks that have not come back
+long allocated();               ///< blocks that the two heaps gave since the start
+long allocated_by_framework();  ///< of these, the framework's
+long live();                    ///< of all, the blocks that have not come back
 
 /// How the framework's heap says no; the language's always throws.
 enum class Refusal { by_null, by_exception };

@@ -73,10 +73,19 @@ testing::AssertionResult same_pixels(const Pixels& got, const Pixels& expected, 
   return testing::AssertionSuccess();
 }
 
+std::vector<std::string> drawn(const Guarded_Image& image) {
+  std::vector<std::string> rows;
+  for (int y = image.height - 1; y >= 0; --y) {
+    rows.emplace_back();
+    for (int x = 0; x < image.width; ++x) rows.back() += image.touched(x, y) ? '#' : '.';
+  }
+  return rows;
+}
+
 testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std::string>& picture,
                                const Legend& legend) {
   Pixels expected;
-  std::ostringstream drawn;
+  std::ostringstream whole;
   for (int y = 0; y < image.height; ++y) {
     for (const char c : picture.at(static_cast<std::size_t>(image.height - 1 - y))) {
       expected.push_back(c == '.' ? image.untouched() : legend.at(c));
@@ -88,11 +97,11 @@ testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std
     for (int x = 0; x < image.width; ++x) {
       char shown = image.touched(x, y) ? '?' : '.';
       for (const auto& [c, value] : legend) shown = value == image.at(x, y) ? c : shown;
-      drawn << shown;
+      whole << shown;
     }
-    drawn << '\n';
+    whole << '\n';
   }
-  return same << "\nthe whole picture:\n" << drawn.str();
+  return same << "\nthe whole picture:\n" << whole.str();
 }
 
 }  // namespace support

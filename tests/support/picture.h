@@ -40,11 +40,17 @@ class Guarded_Image : public KT_Shared_Image_Data {
   std::uint32_t untouched_ = 0;
 };
 
+constexpr bool lies_in(const KT_Int_Rectangle& r, int x, int y) {
+  return x >= r.left && x <= r.right && y >= r.bottom && y <= r.top;
+}
+
 using Legend = std::map<char, std::uint32_t>;
 
 /// Whether `image` looks like `picture`; the failure names the first pixel that does not.
 testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std::string>& picture,
                                const Legend& legend);
+/// The rows of an image from the top on: '#' where it was drawn on.
+std::vector<std::string> drawn(const Guarded_Image& image);
 /// Whether an image of that width holds these pixels.
 testing::AssertionResult same_pixels(const Pixels& got, const Pixels& expected, int width);
 

@@ -7,7 +7,7 @@ namespace support {
 const char* name_of(Variant variant) {
   static const char* const names[] = {"RGB_Alpha", "RGB",         "Mapped",
                                       "Mapped_Z",  "RGB_Alpha_Z", "RGB_Z"};
-  return names[zbuffer::index_of(variant)];
+  return names[static_cast<int>(variant)];
 }
 
 Session::Session(const Configuration& configuration) : padding_(configuration.padding) {
@@ -16,14 +16,14 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   handle_ = module_.make_renderer(configuration.source);
   const auto& [variant, size, origin, use_mask, force_merge, palette, padding, source] =
       configuration;
-  const bool mapped = zbuffer::is_mapped(variant);
+  const bool mapped = is_mapped(variant);
   color.reset(
       new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));
   actions().bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
   options().set_window(origin, size);
   options().set_color_system(mapped ? KT_Color_System::mapped : KT_Color_System::direct);
-  options().set_buffer_depth(zbuffer::has_depth(variant) ? 16 : 0);
-  options().set_alpha_blending(zbuffer::is_alpha(variant));
+  options().set_buffer_depth(has_depth(variant) ? 16 : 0);
+  options().set_alpha_blending(is_alpha(variant));
   options().set_palette(palette);
   option(L"Color Buffer").set(KT_Option_Value(static_cast<const KT_Counted*>(color.get())));
   option(L"Use Mask").set(KT_Option_Value(use_mask));

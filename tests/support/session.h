@@ -3,16 +3,25 @@
 
 #include "host/application.h"
 #include "module/core/software_z_buffer.h"
-#include "module/core/variant.h"
 #include "tests/support/heap.h"
 #include "tests/support/picture.h"
 
 namespace support {
 
-using zbuffer::Variant;
+/// The renderer's configurations.
+enum class Variant { rgb_alpha, rgb, mapped, mapped_z, rgb_alpha_z, rgb_z };
 inline constexpr Variant all_variants[] = {Variant::rgb_alpha,   Variant::rgb,
                                            Variant::mapped,      Variant::mapped_z,
                                            Variant::rgb_alpha_z, Variant::rgb_z};
+constexpr bool is_mapped(Variant variant) {
+  return variant == Variant::mapped || variant == Variant::mapped_z;
+}
+constexpr bool has_depth(Variant variant) {
+  return variant >= Variant::mapped_z;
+}
+constexpr bool is_alpha(Variant variant) {
+  return variant == Variant::rgb_alpha || variant == Variant::rgb_alpha_z;
+}
 const char* name_of(Variant variant);
 
 struct Configuration {

@@ -1,0 +1,126 @@
+// Markers, dots and images of the general routines, on the module's own actions.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+
+#include "tests/stand_in/general_session.h"
+
+namespace {
+
+using namespace general;
+
+TEST(Markers, AreSixteenPicturesRoundTheirPoint) {
+  for (Variant variant : all_variants) {
+    std::set<Picture> looks;
+    for (int symbol = 1; symbol <= 16; ++symbol) {
+      General session(variant);
+      session.set_marker(symbol);
+      session.draw<Draw_2DI_Polymarker>({{20, 20, 9}});
+      EXPECT_TRUE(session.stays_in({16, 24, 16, 24})) << symbol;
+      EXPECT_GT(count_of(session.picture()), 7) << symbol;
+      for (std::uint32_t pixel : session.color->pixels()) {
+        ASSERT_TRUE(pixel == session.own_color() || pixel == session.color->untouched());
+      }
+      looks.insert(session.picture());
+    }
+    EXPECT_EQ(looks.size(), 16U) << name_of(variant);
+  }
+}
+
+TEST(Markers, AreClippedWhereverTheyLie) {
+  const KT_Int_Rectangle clip{10, 14, 10, 14};
+  for (Variant variant : all_variants) {
+    for (int symbol : {INT32_MIN, -1, 0, 13, 16, 21, INT32_MAX}) {
+      General session(variant);
+      session.display().hard_clip = General::at(clip);
+      session.set_marker(symbol);
+      session.draw<Draw_2DI_Polymarker>({{10, 10, 0},
+                                         {17, 17, 0},
+                                         {12, 6, 3},
+                                         {INT32_MAX, INT32_MIN, 0},
+                                         {12, INT32_MAX - 5, 0}});
+      EXPECT_TRUE(session.stays_in(clip)) << name_of(variant) << symbol;
+      EXPECT_TRUE(session.color->touched(10, 10)) << name_of(variant) << symbol;
+    }
+  }
+}
+
+TEST(Dots, OfTheFrameworkAreThoseOfTheRenderer) {
+  for (Variant variant : all_variants) {
+    General own(variant, {4, 4}), general(variant, {4, 4});
+    const KT_DCI_Point at = General::at(2, 2, 7);
+    own.actions().call<Draw_DCI_Dot>(own.rendition, &at, nullptr);
+    general.actions().bind<Draw_DCI_Dot>(&general.renderer(), KD_Standard_Draw_DCI_Dot);
+    general.actions().call<Draw_DCI_Dot>(general.rendition, &at, nullptr);
+    EXPECT_TRUE(same_pixels(general.color->pixels(), own.color->pixels(), 4));
+  }
+}
+
+void draw_colors(const Session& session, KT_Int_XY size, int z, int end_z,
+                 const std::vector<KT_RGB32>& pixels) {
+  const KT_DCI_Point start = General::at(0, size.y - 1, z), end = General::at(size.x - 1, 0, end_z);
+  session.actions().call<Draw_DCI_RGB32_Image>(session.rendition, &start, &end, size.x * 4,
+                                               pixels.data(), 0, nullptr);
+}
+
+TEST(Images, OfColorsKeepThemInAMappedRenderer) {
+  const KT_RGB32 colors[] = {{200, 30, 90, 255}, {0, 0, 0, 255}, {17, 128, 240, 0}};
+  const KT_Palette palette = KD_Cube_Palette();
+  for (Variant variant : {Variant::mapped, Variant::mapped_z}) {
+    for (const KT_RGB32& color : colors) {
+      General session(variant, {8, 8});
+      draw_colors(session, {8, 8}, 9, 9, std::vector<KT_RGB32>(64, color));
+      std::array<int, 3> sums{};
+      for (std::uint32_t index : session.color->pixels()) {
+        const KT_RGB32& got = palette->entries[index].color;
+        sums = {sums[0] + got.red, sums[1] + got.green, sums[2] + got.blue};
+      }
+      EXPECT_NEAR(sums[0] / 64, color.red, 4);
+      EXPECT_NEAR(sums[1] / 64, color.green, 4);
+      EXPECT_NEAR(sums[2] / 64, color.blue, 4);
+    }
+  }
+  // In the depth test like others.
+  General session(Variant::mapped_z, {8, 1});
+  session.clear(50);
+  draw_colors(session, {8, 1}, 30, 100, std::vector<KT_RGB32>(8, {255, 255, 255, 255}));
+  EXPECT_TRUE(shows(*session.color, {"www....."}, {{'w', 215}}));
+}
+
+TEST(Images, OfColorsTakeTheNearestEntryWithoutACube) {
+  const KT_RGB32 entries[3] = {{0, 0, 0, 255}, {10, 200, 10, 255}, {250, 0, 0, 255}};
+  General session(Variant::mapped, {3, 2});
+  session.options().set_palette(KT_Palette(entries, 3, nullptr));
+  session.establish();
+  session.color->fill(99);
+  // One column beyond the window.
+  draw_colors(session, {4, 2}, 0, 0,
+              {{240, 20, 9, 0},
+               {0, 190, 0, 0},
+               {8, 9, 9, 0},
+               {77, 77, 77, 0},
+               {0, 255, 0, 0},
+               {0, 0, 9, 0},
+               {255, 0, 0, 0},
+               {}});
+  EXPECT_TRUE(shows(*session.color, {"210", "102"}, {{'0', 0}, {'1', 1}, {'2', 2}}));
+}
+
+TEST(Images, OfIndicesTakeThePalettesColors) {
+  const std::uint8_t pixels[] = {0, 5, 215, 99, 254, 1, 2, 3};
+  const KT_Palette palette = KD_Cube_Palette();
+  for (Variant variant : {Variant::rgb, Variant::rgb_alpha, Variant::rgb_z, Variant::rgb_alpha_z}) {
+    General session(variant, {4, 2});
+    const KT_DCI_Point start = General::at(0, 1, 40), end = General::at(3, 0, 70);
+    session.actions().call<Draw_DCI_Index8_Image>(session.rendition, &start, &end, 4, pixels);
+    for (int n = 0; n < 8; ++n) {
+      EXPECT_EQ(session.pixel(n % 4, 1 - n / 4), palette->entries[pixels[n]].color);
+      if (!session.depth) continue;
+      EXPECT_EQ(session.depth->at(n % 4, 1 - n / 4),
+                static_cast<std::uint32_t>(40 + n % 4 * 10 + n / 4 * 30));
+    }
+  }
+}
+
+}  // namespace
