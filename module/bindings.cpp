@@ -1,4 +1,11 @@
+// The binding table: nine groups of actions by six variants.
 #include "module/bindings.h"
+
+#include "module/core/bind.h"
+#include "module/lines/bind.h"
+#include "module/primitives/bind.h"
+#include "module/textures/bind.h"
+#include "module/triangles/bind.h"
 
 namespace zbuffer {
 namespace {
@@ -38,23 +45,25 @@ constexpr Cell kept = Cell::kept;
 constexpr Cell no_op = Cell::no_op;
 constexpr Row rows[] = {
     //                              RGB_Alpha RGB       Mapped    Mapped_Z  RGB_Alpha_Z RGB_Z
-    {bind_polytriangles, nullptr, {own, own, own, own, own, own}},
-    {bind_textured_polytriangles, nullptr, {kept, kept, kept, own, own, own}},
-    {bind_polylines, nullptr, {own, own, own, own, own, own}},
-    {bind_dots, nullptr, {own, own, own, own, own, own}},
-    {bind_polymarkers, nullptr, {own, own, own, kept, own, own}},
-    {bind_rgb32_images, bind_standard_rgb32_image, {own, own, standard, standard, own, own}},
-    {bind_index8_images,
+    {triangles::bind_polytriangles, nullptr, {own, own, own, own, own, own}},
+    {textures::bind_textured_polytriangles, nullptr, {kept, kept, kept, own, own, own}},
+    {lines::bind_polylines, nullptr, {own, own, own, own, own, own}},
+    {primitives::bind_dots, nullptr, {own, own, own, own, own, own}},
+    {primitives::bind_polymarkers, nullptr, {own, own, own, kept, own, own}},
+    {primitives::bind_rgb32_images,
+     bind_standard_rgb32_image,
+     {own, own, standard, standard, own, own}},
+    {primitives::bind_index8_images,
      bind_standard_index8_image,
      {standard, standard, own, own, standard, standard}},
-    {bind_depth_clear, bind_no_depth_clear, {no_op, no_op, no_op, own, own, own}},
-    {bind_depth_transfer, nullptr, {kept, kept, kept, own, own, own}},
+    {primitives::bind_depth_clear, bind_no_depth_clear, {no_op, no_op, no_op, own, own, own}},
+    {primitives::bind_depth_transfer, nullptr, {kept, kept, kept, own, own, own}},
 };
 
 }  // namespace
 
 void bind_actions(Software_Z_Buffer& renderer, Variant variant) {
-  bind_polygons(renderer);
+  primitives::bind_polygons(renderer);
   for (const Row& row : rows) {
     switch (row.cells[index_of(variant)]) {
       case Cell::own:
@@ -68,7 +77,7 @@ void bind_actions(Software_Z_Buffer& renderer, Variant variant) {
         break;
     }
   }
-  bind_color_services(renderer, !is_mapped(variant));
+  primitives::bind_color_services(renderer, variant);
 }
 
 }  // namespace zbuffer

@@ -2,6 +2,7 @@
 
 #include "module/bindings.h"
 #include "module/core/software_z_buffer.h"
+#include "module/tiling/bind.h"
 
 using zbuffer::Variant;
 
@@ -30,7 +31,8 @@ int Software_Z_Buffer::establish() {
       zbuffer::variant_for(current.buffer_depth() >= 1, direct, current.alpha_blending());
 
   zbuffer::bind_actions(*this, variant);
-  if (current_option_set[enable_tiling]->value->as_bool()) zbuffer::bind_tiling_actions(*this);
+  if (current_option_set[enable_tiling]->value->as_bool())
+    zbuffer::tiling::bind_tiling_actions(*this);
 
   device_origin = current.local_coordinates() ? KT_Int_XY{0, 0} : current.window_origin();
   const KT_Palette& palette = current.palette();

@@ -70,9 +70,9 @@ struct Depth : Fixed<15> {
 /// 2^-49 in all, trunc(a * r) is the truncated quotient: exact multiples stay at or just above
 /// themselves, and any other quotient is at least 1/n from the next whole number while the error
 /// is below |a| / n * 2^-49.
-class Step_Count {
+class Divisor {
  public:
-  explicit Step_Count(std::int32_t n) {
+  explicit Divisor(std::int32_t n) {
     if (n < table_size) [[likely]] {
       const Entry& entry = table[static_cast<std::size_t>(n)];
       shift_ = entry.shift;
@@ -147,15 +147,15 @@ class Step_Count {
   double reciprocal_;
 };
 
-inline constexpr std::array<Step_Count::Entry, Step_Count::table_size> Step_Count::table =
-    Step_Count::make_table();
+inline constexpr std::array<Divisor::Entry, Divisor::table_size> Divisor::table =
+    Divisor::make_table();
 
 /// The step of lines and edges, with n of 0 leaving the difference as it is.
 inline Word line_step(std::int32_t difference, std::int32_t n) {
-  return n == 0 ? as_word(difference) : Step_Count(n).line_step(difference);
+  return n == 0 ? as_word(difference) : Divisor(n).line_step(difference);
 }
 inline Word depth_step(std::int32_t difference, std::int32_t n) {
-  return n == 0 ? as_word(difference) : Step_Count(n).depth_step(difference);
+  return n == 0 ? as_word(difference) : Divisor(n).depth_step(difference);
 }
 
 /// Truncation toward zero; what an int cannot hold becomes the least int.

@@ -1,23 +1,98 @@
-// Tables of rules: a list of rows, each for a set of members of a family. A member that no row or
-// more than one row covers does not compile.
+// Tables of rules: what a family does as a rule, and the members that differ.
+//
+// A member is known by its properties, each an enumerator of its own type. A row names a set of
+// members by the properties that matter, in any order; a property that is not named may be any.
+//
+//   inline constexpr auto row_rules = rule_table<Members>(Row_Rule::trusted, {
+//       {{rgb_alpha, flat | colorized, inside}, Row_Rule::guarded}});
+//
+// Rows narrow the rule. Two rows that cover one member do not compile.
 #pragma once
 
+#include <array>
 #include <cstddef>
-#include <initializer_list>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace zbuffer {
 
-/// A set of values of one enumeration; without values, all of them.
+/// How many enumerators a property has, counted from 0.
+template <class Enum>
+inline constexpr std::size_t value_count = 0;
+
+/// A set of values of one property; by default all of them.
 template <class Enum>
 struct Any {
   unsigned bits = ~0u;
 
   constexpr Any() = default;
   constexpr Any(Enum value) : bits(1u << static_cast<unsigned>(value)) {}
-  constexpr Any(std::initializer_list<Enum> values) : bits(0) {
-    for (Enum value : values) bits |= Any(value).bits;
-  }
   constexpr bool has(Enum value) const { return (bits >> static_cast<unsigned>(value)) & 1; }
+  constexpr bool meets(Any other) const {
+    return (bits & other.bits & ((1u << value_count<Enum>)-1)) != 0;
+  }
+};
+
+template <class Enum>
+requires(value_count<Enum> > 0) constexpr Any<Enum> operator|(Any<Enum> a,
+                                                              std::type_identity_t<Any<Enum>> b) {
+  a.bits |= b.bits;
+  return a;
+}
+template <class Enum>
+requires(value_count<Enum> > 0) constexpr Any<Enum> operator|(Enum a, Enum b) {
+  return Any<Enum>(a) | b;
+}
+
+/// The members of a family that some properties are true of.
+template <class... Properties>
+class Members {
+ public:
+  static constexpr std::size_t count = (value_count<Properties> * ...);
+
+  template <class... Given>
+  constexpr Members(Given... given) {
+    (set(given), ...);
+  }
+
+  constexpr bool covers(const std::tuple<Properties...>& member) const {
+    return (std::get<Any<Properties>>(sets_).has(std::get<Properties>(member)) && ...);
+  }
+  constexpr bool meets(const Members& other) const {
+    return (std::get<Any<Properties>>(sets_).meets(std::get<Any<Properties>>(other.sets_)) && ...);
+  }
+
+  /// A member's place among all, from 0 to `count` - 1.
+  static constexpr std::size_t index(Properties... properties) {
+    std::size_t at = 0;
+    ((at = at * value_count<Properties> + static_cast<std::size_t>(properties)), ...);
+    return at;
+  }
+  /// The member at a place.
+  static constexpr std::tuple<Properties...> member(std::size_t place) {
+    std::tuple<Properties...> made;
+    const auto take_last = [&]<class Enum>(Enum& property) {
+      property = static_cast<Enum>(place % value_count<Enum>);
+      place /= value_count<Enum>;
+    };
+    [&]<std::size_t... i>(std::index_sequence<i...>) {
+      (take_last(std::get<sizeof...(i) - 1 - i>(made)), ...);
+    }(std::index_sequence_for<Properties...>{});
+    return made;
+  }
+
+ private:
+  template <class Enum>
+  constexpr void set(Enum value) {
+    std::get<Any<Enum>>(sets_) = value;
+  }
+  template <class Enum>
+  constexpr void set(Any<Enum> values) {
+    std::get<Any<Enum>>(sets_) = values;
+  }
+
+  std::tuple<Any<Properties>...> sets_;
 };
 
 /// A rule for the members that `where` covers.
@@ -27,17 +102,50 @@ struct Rule_Row {
   Rule rule;
 };
 
-/// The rule of the one row that covers `member`.
-template <class Where, class Rule, std::size_t count, class Member>
-constexpr Rule the_rule(const Rule_Row<Where, Rule> (&rows)[count], Member member) {
-  std::size_t found = count;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!rows[i].where.covers(member)) continue;
-    if (found != count) throw "two rows for one member";
-    found = i;
+template <class Where, class Rule, std::size_t row_count>
+class Rule_Table {
+ public:
+  using Row = Rule_Row<Where, Rule>;
+
+  consteval Rule_Table(Rule usual, const Row (&rows)[row_count])
+      : usual_(usual), rows_(std::to_array(rows)) {
+    for (std::size_t i = 0; i < row_count; ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (rows[i].where.meets(rows[j].where)) throw "two rows for one member";
+      }
+    }
   }
-  if (found == count) throw "no row for a member";
-  return rows[found].rule;
+
+  /// The rule of `member`, which has its properties as a tuple.
+  template <class Member>
+  constexpr Rule operator()(const Member& member) const {
+    return of(member.properties());
+  }
+  /// The rules of all members, by their index.
+  constexpr std::array<Rule, Where::count> all() const {
+    std::array<Rule, Where::count> rules{};
+    for (std::size_t i = 0; i < Where::count; ++i) rules[i] = of(Where::member(i));
+    return rules;
+  }
+
+ private:
+  template <class Properties>
+  constexpr Rule of(const Properties& properties) const {
+    for (const Row& row : rows_) {
+      if (row.where.covers(properties)) return row.rule;
+    }
+    return usual_;
+  }
+
+  Rule usual_;
+  std::array<Row, row_count> rows_;
+};
+
+/// A table by the usual rule and the rows of those that differ.
+template <class Where, class Rule, std::size_t row_count>
+consteval auto rule_table(Rule usual,
+                          const Rule_Row<Where, std::type_identity_t<Rule>> (&rows)[row_count]) {
+  return Rule_Table<Where, Rule, row_count>(usual, rows);
 }
 
 }  // namespace zbuffer

@@ -1,3 +1,4 @@
+// The renderer object: its life, and presenting.
 #include "module/core/software_z_buffer.h"
 
 #include <memory>
@@ -25,12 +26,11 @@ Software_Z_Buffer::~Software_Z_Buffer() {
   color_image.release();
 }
 
-// No exception leaves the module's entry: what fails halfway unwinds and gives null.
-extern "C" __attribute__((visibility("default"))) KT_Renderer_Data* KD_Renderer(
-    const KT_Renderer_Data* source) {
-  try {
-    return new Software_Z_Buffer(source);
-  } catch (...) {
-    return nullptr;
-  }
+// Here alone y up becomes the window's y down.
+void Software_Z_Buffer::update(const KT_Int_Rectangle& rectangle) {
+  const KT_DCI_Point start{rectangle.left, rectangle.top, 0};
+  const KT_DCI_Point end{rectangle.right, rectangle.bottom, 0};
+  const int target_x = device_origin.x + rectangle.left;
+  const int target_y = current_options.window_size().y + device_origin.y - rectangle.top - 1;
+  actions.call<KT_Action::Present_Image>(&start, &end, &color_image, target_x, target_y);
 }

@@ -1,10 +1,12 @@
+// Antialiased lines: paths along the major axis, with a 32.32 position on the minor one.
 #include "module/lines/antialiased.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "module/lines/clipped_stepper.h"
+#include "module/core/outcode.h"
 #include "module/lines/coverage.h"
+#include "module/lines/entry.h"
 #include "module/pixels/mask.h"
 
 namespace zbuffer::lines {
@@ -65,20 +67,27 @@ Path path_between(const KT_DCI_Point& from, const KT_DCI_Point& to) {
   return path_along(Axis::x, from.x, to.x, from.y, to.y);
 }
 
-/// The image, and what of it may be drawn to.
+/// Columns or rows, both ends included.
+struct Range {
+  std::int64_t first;
+  std::int64_t last;
+
+  bool has(std::int64_t place) const { return place >= first && place <= last; }
+};
+
+/// The image, and the hard clip, which side pixels look at.
 class Target {
  public:
-  explicit Target(const Polyline& line)
+  explicit Target(const Strip_Call& line)
       : image_(*line.renderer.color_image),
         pixels_(image_.row<std::uint32_t>(0)),
-        clip_(line.context().hard_clip) {
-    clip_ = {std::max(clip_.left, 0), std::min(clip_.right, image_.width - 1),
-             std::max(clip_.bottom, 0), std::min(clip_.top, image_.height - 1)};
-  }
+        clip_(line.display_context().hard_clip) {}
 
-  /// First and last column or row along an axis.
-  std::int32_t first(Axis axis) const { return axis == Axis::x ? clip_.left : clip_.bottom; }
-  std::int32_t last(Axis axis) const { return axis == Axis::x ? clip_.right : clip_.top; }
+  /// The columns or rows of the image, and of the hard clip.
+  Range image(Axis axis) const { return {0, (axis == Axis::x ? image_.width : image_.height) - 1}; }
+  Range clip(Axis axis) const {
+    return axis == Axis::x ? Range{clip_.left, clip_.right} : Range{clip_.bottom, clip_.top};
+  }
 
   /// Elements from a column or row to the next.
   std::ptrdiff_t stride(Axis axis) const {
@@ -91,6 +100,16 @@ class Target {
   const KT_Shared_Image_Data& image_;
   std::uint32_t* pixels_;
   KT_Int_Rectangle clip_;
+};
+
+/// For which middle pixels, by their place on the minor axis, the three pixels of a step are drawn.
+struct Step_Ranges {
+  Range before, middle, after;
+
+  Step_Ranges(Range clip, Range image)
+      : before{std::max(clip.first + 1, image.first + 1), image.last + 1},
+        middle(image),
+        after{image.first - 1, std::min(clip.last - 1, image.last - 1)} {}
 };
 
 struct No_Mask {
@@ -106,20 +125,17 @@ struct Mask {
   }
 };
 
-/// Leaves out the steps before and behind the target.
+/// Leaves out the steps before and after the image.
 void trim(Path& path, const Target& target) {
-  const std::int32_t first = target.first(path.major_axis);
-  const std::int32_t last = target.last(path.major_axis);
+  const Range image = target.image(path.major_axis);
   const bool forwards = path.sign > 0;
-  const std::int64_t before =
-      forwards ? std::int64_t{first} - path.major : std::int64_t{path.major} - last;
+  const std::int64_t before = forwards ? image.first - path.major : path.major - image.last;
   if (before >= path.count) {
     path.count = 0;
     return;
   }
   if (before > 0) path.skip(before);
-  const std::int64_t left =
-      forwards ? std::int64_t{last} - path.major + 1 : std::int64_t{path.major} - first + 1;
+  const std::int64_t left = forwards ? image.last - path.major + 1 : path.major - image.first + 1;
   path.count = std::min(path.count, left);
 }
 
@@ -139,24 +155,22 @@ void walk(const Target& target, const Masks& mask, const Path& path, const Cover
   const Axis minor_axis = path.major_axis == Axis::x ? Axis::y : Axis::x;
   const std::ptrdiff_t major_stride = target.stride(path.major_axis);
   const std::ptrdiff_t minor_stride = target.stride(minor_axis);
-  const std::int32_t first = target.first(minor_axis);
-  const std::int32_t last = target.last(minor_axis);
+  const Step_Ranges ranges(target.clip(minor_axis), target.image(minor_axis));
   std::int32_t major = path.major;
   Wide position = path.position;
   const Wide step = path.step;
   for (std::int64_t n = path.count; n > 0; --n) {
     const auto nearest = static_cast<std::int32_t>(as_signed(position + 0x80000000u) >> 32);
     const std::ptrdiff_t at = major * major_stride + nearest * minor_stride;
-    const auto put = [&](std::int32_t beside, std::uint32_t weight) {
-      const std::int32_t minor = nearest + beside;
-      if (minor < first || minor > last || mask.hidden(path.major_axis, major, minor)) return;
+    const auto put = [&](const Range& range, std::int32_t beside, std::uint32_t weight) {
+      if (!range.has(nearest) || mask.hidden(path.major_axis, major, nearest + beside)) return;
       std::uint32_t& pixel = target.at(at + beside * minor_stride);
       pixel = coverage(pixel, weight);
     };
     const Weights weights = weighting(position, nearest);
-    put(-1, weights.before);
-    put(0, weights.nearest);
-    put(1, weights.behind);
+    put(ranges.before, -1, weights.before);
+    put(ranges.middle, 0, weights.nearest);
+    put(ranges.after, 1, weights.after);
     position += step;
     major += path.sign;
   }
@@ -185,11 +199,11 @@ enum class Last_Point : std::uint8_t { left_out, drawn };
 
 /// Draws a list of points that lie inside.
 template <class Masks>
-void draw_run(const Target& target, const Masks& mask, const Polyline& run, Last_Point last) {
+void draw_run(const Target& target, const Masks& mask, const Strip_Call& run, Last_Point last) {
   for (int i = 0; i + 1 < run.count; ++i) {
     Path path = path_between(run.points[i], run.points[i + 1]);
     if (last == Last_Point::drawn && i + 2 == run.count) ++path.count;
-    draw_path(target, mask, path, run.segment_color(i));
+    draw_path(target, mask, path, segment_color(run, i));
   }
 }
 
@@ -275,12 +289,12 @@ unsigned first_outcode(const KT_Int_Rectangle& clip, const KT_DCI_Point& p) {
 }
 
 template <class Masks>
-void draw_polyline(const Polyline& line, const Masks& mask) {
+void draw_polyline(const Strip_Call& line, const Masks& mask) {
   const Target target(line);
   const KT_RGB32 color = line.material().color;
-  const KT_Int_Rectangle& clip = line.context().hard_clip;
+  const KT_Int_Rectangle& clip = line.display_context().hard_clip;
   const auto part = [&](int from, int count) {
-    return line.with_points(count, line.points + from, nullptr).in_one_color(&color);
+    return line.with_points(count, line.points + from).in_one_color(&color);
   };
   unsigned code = first_outcode(clip, line.points[0]);
   if (line.count == 1) {
@@ -312,7 +326,7 @@ void draw_polyline(const Polyline& line, const Masks& mask) {
 
 /// Calls `draw(mask)` with the mask in force or none.
 template <class Draw>
-void with_mask(const Polyline& line, Masking masking, Draw draw) {
+void with_mask(const Strip_Call& line, Masking masking, Draw draw) {
   if (masking == Masking::masked) {
     draw(Mask{*line.renderer.mask_cache->head});
   } else {
@@ -322,14 +336,14 @@ void with_mask(const Polyline& line, Masking masking, Draw draw) {
 
 }  // namespace
 
-void draw_antialiased_polyline(const Polyline& line) {
+void draw_antialiased_polyline(const Strip_Call& line) {
   if (line.count < 1) return;
   const bool masked = mask_in_force(line.renderer, line.rendition);
   with_mask(line, masked ? Masking::masked : Masking::open,
             [&](const auto& mask) { draw_polyline(line, mask); });
 }
 
-void draw_antialiased_list(const Polyline& line, Masking masking) {
+void draw_antialiased_list(const Strip_Call& line, Masking masking) {
   const Target target(line);
   with_mask(line, masking,
             [&](const auto& mask) { draw_run(target, mask, line, Last_Point::drawn); });

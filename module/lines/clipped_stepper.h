@@ -6,20 +6,10 @@
 // segment": here they take no correction of their start.
 #pragma once
 
+#include "module/core/outcode.h"
 #include "module/lines/stepper.h"
 
 namespace zbuffer::lines {
-
-/// Bits of outcodes.
-inline constexpr unsigned beyond_left = 1;
-inline constexpr unsigned beyond_top = 2;
-inline constexpr unsigned beyond_right = 4;
-inline constexpr unsigned beyond_bottom = 8;
-
-constexpr unsigned outcode(const KT_Int_Rectangle& clip, std::int32_t x, std::int32_t y) {
-  return (x < clip.left ? beyond_left : 0) | (x > clip.right ? beyond_right : 0) |
-         (y > clip.top ? beyond_top : 0) | (y < clip.bottom ? beyond_bottom : 0);
-}
 
 /// What a clipped segment is cut by.
 struct Crossing {
@@ -64,20 +54,20 @@ struct Visible_Rows {
   }
 };
 
-template <class Brush>
-void step_clipped_row(const Segment& s, const Crossing& at, const Brush& brush) {
+template <class Drawer>
+void step_clipped_row(const Segment& s, const Crossing& at, const Drawer& drawer) {
   const std::int32_t sx = s.x0 < s.x1 ? 1 : -1;
   const std::int32_t first = sx > 0 ? std::max(s.x0, at.clip.left) : std::min(s.x0, at.clip.right);
   const std::int32_t last =
       sx > 0 ? std::min(s.x1 - 1, at.clip.right) : std::max(s.x1 + 1, at.clip.left);
   const std::int32_t count = (last - first) * sx + 1;
   if (count < 1) return;
-  step_run(brush.stroke(s.y0 - at.origin.y, 1, std::abs(s.x1 - s.x0), std::abs(first - s.x0)),
+  step_run(drawer.cursor(s.y0 - at.origin.y, 1, std::abs(s.x1 - s.x0), std::abs(first - s.x0)),
            first - at.origin.x, count, sx);
 }
 
-template <class Brush>
-void step_clipped_column(const Segment& s, const Crossing& at, const Brush& brush) {
+template <class Drawer>
+void step_clipped_column(const Segment& s, const Crossing& at, const Drawer& drawer) {
   const std::int32_t sy = s.y0 < s.y1 ? 1 : -1;
   const std::int32_t first = sy > 0 ? std::max(s.y0, at.clip.bottom) : std::min(s.y0, at.clip.top);
   const std::int32_t last =
@@ -85,7 +75,7 @@ void step_clipped_column(const Segment& s, const Crossing& at, const Brush& brus
   const std::int32_t count = (last - first) * sy + 1;
   if (count < 1) return;
   step_straight(
-      brush.stroke(first - at.origin.y, sy, std::abs(s.y1 - s.y0), std::abs(first - s.y0)),
+      drawer.cursor(first - at.origin.y, sy, std::abs(s.y1 - s.y0), std::abs(first - s.y0)),
       s.x0 - at.origin.x, 0, count);
 }
 
@@ -98,20 +88,20 @@ inline Shallow_Place shallow_place(const Slanted& line, const Crossing& at, std:
           position + line.step};
 }
 
-template <class Brush>
+template <class Drawer>
 void step_clipped_shallow(const Slanted& line, const Crossing& at, const Visible_Rows& rows,
-                          const Brush& brush) {
+                          const Drawer& drawer) {
   const Shallow_Place place = shallow_place(line, at, std::abs(rows.first - line.y0));
-  const auto stroke =
-      brush.stroke(rows.first - at.origin.y, line.sy, line.major(), std::abs(line.x0 - place.x));
+  const auto cursor =
+      drawer.cursor(rows.first - at.origin.y, line.sy, line.major(), std::abs(line.x0 - place.x));
   const Device_Columns columns{at.origin.x};
   const std::int32_t whole_rows = rows.whole_rows(line);
   if (line.sx > 0) {
-    step_shallow<Heading::right>(stroke, columns, place, line.step, whole_rows, [&](Word position) {
+    step_shallow<Heading::right>(cursor, columns, place, line.step, whole_rows, [&](Word position) {
       return rows.end_clipped ? std::min(columns.whole(position), at.clip.right + 1) : line.x1;
     });
   } else {
-    step_shallow<Heading::left>(stroke, columns, place, line.step, whole_rows, [&](Word position) {
+    step_shallow<Heading::left>(cursor, columns, place, line.step, whole_rows, [&](Word position) {
       return rows.end_clipped ? std::max(columns.whole(position), at.clip.left - 1) : line.x1;
     });
   }
@@ -120,23 +110,23 @@ void step_clipped_shallow(const Slanted& line, const Crossing& at, const Visible
 }  // namespace stepper_detail
 
 /// Steps over what of a segment lies inside the hard clip.
-template <class Brush>
-void step_clipped(const Segment& s, const Crossing& at, const Brush& brush) {
+template <class Drawer>
+void step_clipped(const Segment& s, const Crossing& at, const Drawer& drawer) {
   using namespace stepper_detail;
-  if (s.y0 == s.y1) return step_clipped_row(s, at, brush);
-  if (s.x0 == s.x1) return step_clipped_column(s, at, brush);
+  if (s.y0 == s.y1) return step_clipped_row(s, at, drawer);
+  if (s.x0 == s.x1) return step_clipped_column(s, at, drawer);
   const Slanted line(s);
   const Visible_Rows rows(line, at);
   if (rows.missed(line, at)) return;
-  if (line.slope == Slope::shallow) return step_clipped_shallow(line, at, rows, brush);
+  if (line.slope == Slope::shallow) return step_clipped_shallow(line, at, rows, drawer);
   const std::int32_t skipped = std::abs(rows.first - line.y0);
-  const auto stroke = brush.stroke(rows.first - at.origin.y, line.sy, line.major(), skipped);
+  const auto cursor = drawer.cursor(rows.first - at.origin.y, line.sy, line.major(), skipped);
   const std::int32_t count = rows.whole_rows(line) + (rows.end_clipped ? 1 : 0);
   const Device_Columns columns{at.origin.x};
   if (line.slope == Slope::diagonal) {
-    return step_straight(stroke, columns.in_buffer(line.x0 + line.sx * skipped), line.sx, count);
+    return step_straight(cursor, columns.in_buffer(line.x0 + line.sx * skipped), line.sx, count);
   }
-  step_steep(stroke, columns, line.steep_start() + as_word(skipped) * line.step, line.step, count);
+  step_steep(cursor, columns, line.steep_start() + as_word(skipped) * line.step, line.step, count);
 }
 
 }  // namespace zbuffer::lines

@@ -1,10 +1,10 @@
-// How strongly antialiased lines cover pixels, and the blend of such pixels.
+// How strongly antialiased lines bits pixels, and the blend of such pixels.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-#include "module/lines/stores.h"
+#include "module/pixels/blend_256.h"
 
 namespace zbuffer::lines {
 
@@ -22,7 +22,7 @@ inline constexpr std::array<std::uint16_t, 512> coverage_table = [] {
 struct Weights {
   std::uint32_t before;
   std::uint32_t nearest;
-  std::uint32_t behind;
+  std::uint32_t after;
 };
 
 /// Of a line that passes through the middle of pixels.
@@ -35,7 +35,7 @@ struct Opaque_Coverage {
   std::uint32_t color;
 
   std::uint32_t operator()(std::uint32_t old, std::uint32_t weight) const {
-    return mixed(old, color, weight);
+    return mixed_256(old, color, weight);
   }
 };
 

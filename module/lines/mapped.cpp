@@ -1,10 +1,8 @@
-// The polyline routines of `Mapped`.
-
-#include "module/lines/entry.h"
-#include "module/lines/instances.h"
+// The polyline scans of `Mapped`.
+#include "module/lines/scan.h"
 
 namespace zbuffer::lines {
 
-ZBUFFER_MAPPED_POLYLINES()
+constinit const Scans scans_mapped = scans<Variant::mapped>();
 
 }  // namespace zbuffer::lines

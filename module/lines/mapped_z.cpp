@@ -1,10 +1,8 @@
-// The polyline routines of `Mapped_Z`.
-
-#include "module/lines/entry.h"
-#include "module/lines/instances.h"
+// The polyline scans of `Mapped_Z`.
+#include "module/lines/scan.h"
 
 namespace zbuffer::lines {
 
-ZBUFFER_MAPPED_Z_POLYLINES()
+constinit const Scans scans_mapped_z = scans<Variant::mapped_z>();
 
 }  // namespace zbuffer::lines

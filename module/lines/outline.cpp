@@ -1,6 +1,8 @@
+// The renditions of the two passes of an outlined line.
 #include "module/lines/outline.h"
 
 #include "module/core/fixed_point.h"
+#include "module/pixels/blend_255.h"
 
 namespace zbuffer::lines {
 namespace {
@@ -42,7 +44,7 @@ const KT_Handle<KT_Material_Object>& default_outline_material() {
 /// `under` and `over` by the alpha of `over`.
 KT_RGB32 mixed(KT_RGB32 under, KT_RGB32 over) {
   const auto channel = [&](int u, int o) {
-    return static_cast<std::uint8_t>((u * (255 - over.alpha) + o * over.alpha) / 255);
+    return static_cast<std::uint8_t>(mixed_255<int>(o, over.alpha, u, 255 - over.alpha));
   };
   return {channel(under.blue, over.blue), channel(under.green, over.green),
           channel(under.red, over.red), 255};

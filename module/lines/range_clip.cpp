@@ -3,12 +3,15 @@
 #include <algorithm>
 
 #include "module/core/fixed_point.h"
+#include "module/core/outcode.h"
 
 namespace zbuffer::lines {
 namespace {
 
-constexpr std::int32_t lowest = -4000;
-constexpr std::int32_t highest = 28760;
+// The range is a square.
+constexpr std::int32_t lowest = device_range.left;
+constexpr std::int32_t highest = device_range.right;
+static_assert(lowest == device_range.bottom && highest == device_range.top);
 
 enum class Side : std::uint8_t { none, left, right, bottom, top };
 

@@ -1,5 +1,5 @@
 // Cutting segments to the device range, within which the 16.16 arithmetic of the steppers cannot
-// overflow: -4000 to 28760 on both axes.
+// overflow.
 //
 // A parametric clip in double precision. Each end may be moved by its own sides alone, so that
 // ends in the range stay as they are.

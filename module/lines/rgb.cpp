@@ -1,10 +1,8 @@
-// The polyline routines of `RGB`.
-
-#include "module/lines/entry.h"
-#include "module/lines/instances.h"
+// The polyline scans of `RGB`.
+#include "module/lines/scan.h"
 
 namespace zbuffer::lines {
 
-ZBUFFER_DIRECT_POLYLINES(, Variant::rgb)
+constinit const Scans scans_rgb = scans<Variant::rgb>();
 
 }  // namespace zbuffer::lines

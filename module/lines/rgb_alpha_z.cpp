@@ -1,10 +1,8 @@
-// The polyline routines of `RGB_Alpha_Z`.
-
-#include "module/lines/entry.h"
-#include "module/lines/instances.h"
+// The polyline scans of `RGB_Alpha_Z`.
+#include "module/lines/scan.h"
 
 namespace zbuffer::lines {
 
-ZBUFFER_DIRECT_POLYLINES(, Variant::rgb_alpha_z)
+constinit const Scans scans_rgb_alpha_z = scans<Variant::rgb_alpha_z>();
 
 }  // namespace zbuffer::lines

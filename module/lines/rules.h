@@ -1,46 +1,28 @@
 // Every rule by which like members of the polyline family differ, as tables.
 //
-// A member is a routine by variant, kind, road and masking. Plain lists of the direct colours are
-// colorized ones in one colour once they are inside; only their clipped segments are members.
+// A member is a scan by variant, kind, path and masking. Flat lists of direct colour are colorized
+// ones in one colour once they are inside; only their clipped segments are members of their own.
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <initializer_list>
-
-#include "module/core/rule_table.h"
-#include "module/core/variant.h"
+#include "module/core/entry_steps.h"
 #include "module/pixels/depth_test.h"
 
 namespace zbuffer::lines {
 
-enum class Kind : std::uint8_t { plain, colorized, gouraud };
-enum class Layer : std::uint8_t { any, inside };  // 2DI DCI
-enum class Road : std::uint8_t { run, clipped };  // lists of inside points; one cut segment
-enum class Masking : std::uint8_t { open, masked };
-
 struct Member {
   Variant variant;
   Kind kind;
-  Road road;
+  Path path;
   Masking masking;
-};
 
-struct Where {
-  Any<Variant> variant{};
-  Any<Kind> kind{};
-  Any<Road> road{};
-  Any<Masking> masking{};
-
-  constexpr bool covers(Member m) const {
-    return variant.has(m.variant) && kind.has(m.kind) && road.has(m.road) && masking.has(m.masking);
-  }
+  constexpr auto properties() const { return std::tuple(variant, kind, path, masking); }
 };
+using Where = Members<Variant, Kind, Path, Masking>;
 
 /// When pixels go through merge control.
 enum class Merge_Rule : std::uint8_t {
   never,
-  asked_ahead,  // the entry chain looks at it and takes the call to the merging form
+  by_entry_step,  // the entry step takes the call to the merging form
   when_on
 };
 
@@ -60,217 +42,128 @@ struct End_Rule {
 /// How a Gouraud segment of nearly one colour is drawn.
 enum class Near_Rule : std::uint8_t {
   shaded,         // like any other
-  colorized,      // by the variant's colorized action
-  opaque_variant  // by the colorized action of the opaque variant
+  colorized,      // by the variant's colorized routine
+  opaque_variant  // by the colorized routine of the opaque variant
 };
 
 /// Whether a clipped segment that ends up inside at both ends goes to the inside routine, which
 /// draws its far end too.
 enum class Inside_Pairs : std::uint8_t { to_inside, as_clipped };
 
+/// Whether there is such a scan. The others are never reached.
+enum class Exists : std::uint8_t { no, yes };
+
 namespace rules {
 
 using enum Variant;
 using enum Kind;
-using enum Road;
+using enum Layer;
+using enum Path;
 using enum Masking;
 
-inline constexpr Any<Variant> no_depth = {rgb_alpha, rgb, mapped};
-inline constexpr Any<Variant> with_depth = {mapped_z, rgb_alpha_z, rgb_z};
-inline constexpr Any<Variant> direct_with_depth = {rgb_alpha_z, rgb_z};
-inline constexpr Any<Kind> one_colored = {plain, colorized};
-inline constexpr Any<Kind> all_kinds = {plain, colorized, gouraud};
+inline constexpr Any<Variant> direct = rgb_alpha | rgb | rgb_alpha_z | rgb_z;
+inline constexpr Any<Variant> no_depth = rgb_alpha | rgb | mapped;
+inline constexpr Any<Variant> with_depth = mapped_z | rgb_alpha_z | rgb_z;
+inline constexpr Any<Kind> one_colored = flat | colorized;
 
-template <class Rule>
-using Row = Rule_Row<Where, Rule>;
+// Whether both depth settings are honoured. One routine of `Mapped_Z` reads them.
+inline constexpr auto depth = rule_table<Where>(
+    settings_ignored, {{{rgb_alpha_z | rgb_z, one_colored, open}, settings_honoured},
+                       {{mapped_z, flat, clipped, open}, settings_honoured}});
 
-// Whether both depth settings are honoured or the test is less-or-equal and a pass writes.
-inline constexpr Depth_Setting fixed = Depth_Setting::fixed;
-inline constexpr Depth_Setting by_setting = Depth_Setting::by_setting;
-inline constexpr Row<Depth_Setting> depth_rules[] = {
-    {{.variant = no_depth}, fixed},
-    {{.variant = with_depth, .masking = masked}, fixed},
-    {{.variant = with_depth, .kind = gouraud, .masking = open}, fixed},
-    {{.variant = direct_with_depth, .kind = one_colored, .masking = open}, by_setting},
-    {{.variant = mapped_z, .kind = one_colored, .road = run, .masking = open}, fixed},
-    {{.variant = mapped_z, .kind = colorized, .road = clipped, .masking = open}, fixed},
-    // The one routine of `Mapped_Z` that reads the settings.
-    {{.variant = mapped_z, .kind = plain, .road = clipped, .masking = open}, by_setting},
-};
+// Runs of a colorized list merge, its clipped segments do not.
+inline constexpr auto merge = rule_table<Where>(
+    Merge_Rule::never, {{{mapped, flat}, Merge_Rule::when_on},
+                        {{rgb_alpha | rgb, one_colored, inside}, Merge_Rule::by_entry_step},
+                        {{rgb_alpha | rgb, flat, clipped}, Merge_Rule::when_on}});
 
-inline constexpr Row<Merge_Rule> merge_rules[] = {
-    {{.variant = with_depth}, Merge_Rule::never},
-    {{.variant = no_depth, .kind = gouraud}, Merge_Rule::never},
-    {{.variant = mapped, .kind = plain}, Merge_Rule::when_on},
-    {{.variant = mapped, .kind = colorized}, Merge_Rule::never},
-    {{.variant = {rgb_alpha, rgb}, .kind = one_colored, .road = run}, Merge_Rule::asked_ahead},
-    {{.variant = {rgb_alpha, rgb}, .kind = plain, .road = clipped}, Merge_Rule::when_on},
-    // Runs of a colorized list merge, its clipped segments do not.
-    {{.variant = {rgb_alpha, rgb}, .kind = colorized, .road = clipped}, Merge_Rule::never},
-};
+// Masked lists inside are shared with the opaque variants, in their form, but for those of
+// `RGB_Alpha` in one colour.
+inline constexpr auto alpha =
+    rule_table<Where>(Blending::store, {{{rgb_alpha, one_colored}, Blending::blend},
+                                        {{rgb_alpha, gouraud, clipped}, Blending::blend},
+                                        {{rgb_alpha, gouraud, inside, open}, Blending::blend},
+                                        {{rgb_alpha_z, clipped}, Blending::blend},
+                                        {{rgb_alpha_z, inside, open}, Blending::blend}});
 
-inline constexpr Row<Blending> blending_rules[] = {
-    {{.variant = {rgb, rgb_z, mapped, mapped_z}}, Blending::store},
-    {{.variant = rgb_alpha, .kind = one_colored}, Blending::blend},
-    {{.variant = rgb_alpha, .kind = gouraud, .road = clipped}, Blending::blend},
-    {{.variant = rgb_alpha, .kind = gouraud, .road = run, .masking = open}, Blending::blend},
-    {{.variant = rgb_alpha_z, .road = clipped}, Blending::blend},
-    {{.variant = rgb_alpha_z, .road = run, .masking = open}, Blending::blend},
-    // Masked runs are shared with the opaque variants, in their form.
-    {{.variant = rgb_alpha, .kind = gouraud, .road = run, .masking = masked}, Blending::store},
-    {{.variant = rgb_alpha_z, .road = run, .masking = masked}, Blending::store},
-};
+// Final points of lists. The depth settings have no part in them. The accumulator is one step on;
+// the last pixel of a blended list is opaque, unless it is shaded.
+inline constexpr auto ends = rule_table<Where>(
+    End_Rule{End_Depth::point, End_Depth::point, End_Color::as_drawn},
+    {{{mapped_z, colorized}, {End_Depth::accumulator, End_Depth::accumulator, End_Color::as_drawn}},
+     {{mapped_z, gouraud}, {End_Depth::point, End_Depth::accumulator, End_Color::as_drawn}},
+     {{rgb_alpha_z, one_colored}, {End_Depth::point, End_Depth::point, End_Color::stored}}});
 
-// Final points of lists. The settings have no part in them.
-inline constexpr End_Rule exact_end = {End_Depth::point, End_Depth::point, End_Color::as_drawn};
-inline constexpr Row<End_Rule> end_rules[] = {
-    {{.variant = {rgb_alpha, rgb, mapped, rgb_z}}, exact_end},
-    {{.variant = mapped_z, .kind = plain}, exact_end},
-    // The depth accumulator, one step on, in place of the point's depth.
-    {{.variant = mapped_z, .kind = colorized},
-     {End_Depth::accumulator, End_Depth::accumulator, End_Color::as_drawn}},
-    {{.variant = mapped_z, .kind = gouraud},
-     {End_Depth::point, End_Depth::accumulator, End_Color::as_drawn}},
-    // The last pixel of a blended list is opaque, unless it is shaded.
-    {{.variant = rgb_alpha_z, .kind = one_colored},
-     {End_Depth::point, End_Depth::point, End_Color::stored}},
-    {{.variant = rgb_alpha_z, .kind = gouraud}, exact_end},
-};
+inline constexpr auto near = rule_table<Where>(
+    Near_Rule::colorized,
+    {{{rgb_alpha, masked}, Near_Rule::opaque_variant}, {{rgb_alpha_z | rgb_z}, Near_Rule::shaded}});
 
-inline constexpr Row<Near_Rule> near_rules[] = {
-    {{.variant = {rgb, mapped, mapped_z}}, Near_Rule::colorized},
-    {{.variant = rgb_alpha, .masking = open}, Near_Rule::colorized},
-    {{.variant = rgb_alpha, .masking = masked}, Near_Rule::opaque_variant},
-    {{.variant = direct_with_depth}, Near_Rule::shaded},
-};
+inline constexpr auto inside_pairs = rule_table<Where>(
+    Inside_Pairs::to_inside, {{{no_depth, flat, masked}, Inside_Pairs::as_clipped}});
 
-inline constexpr Row<Inside_Pairs> inside_pair_rules[] = {
-    {{.masking = open}, Inside_Pairs::to_inside},
-    {{.kind = {colorized, gouraud}, .masking = masked}, Inside_Pairs::to_inside},
-    {{.variant = no_depth, .kind = plain, .masking = masked}, Inside_Pairs::as_clipped},
-    {{.variant = with_depth, .kind = plain, .masking = masked}, Inside_Pairs::to_inside},
-};
+inline constexpr auto exists = rule_table<Where>(
+    Exists::yes, {{{direct, flat, inside}, Exists::no},
+                  {{mapped | rgb_z, colorized, inside, masked}, Exists::no},
+                  {{rgb | rgb_z, gouraud, inside, masked}, Exists::no},
+                  {{with_depth, flat, clipped, masked}, Exists::no},
+                  {{mapped | mapped_z, colorized | gouraud, clipped, masked}, Exists::no}});
 
-}  // namespace rules
+using enum Entry_Step;
+inline constexpr auto entry_steps = rule_table<Routines>(
+    Entry_Steps{},
+    {
+        // Antialiasing comes before the mask in one of these two, after it in the other.
+        {{int_any, flat, rgb, open}, {nothing_to_draw, outline, standard_line, mask, antialias}},
+        {{int_any, flat, rgb_alpha, open},
+         {nothing_to_draw, outline, standard_line, antialias, mask}},
+        {{int_any, flat, mapped, open}, {nothing_to_draw, standard_line, mask}},
+        {{int_any, flat, mapped_z, open}, {nothing_to_draw, standard_line, depth_off}},
+        {{int_any, flat, rgb_alpha_z | rgb_z, open},
+         {nothing_to_draw, outline, standard_line, depth_off, mask}},
 
-/// The tests at the head of a routine, in order; the first that holds takes the call elsewhere.
-enum class Step : std::uint8_t {
-  none,
-  ready,      // no image or fewer than two points: nothing
-  points,     // fewer than two points: nothing
-  outline,    // an outlined line: two passes with changed renditions
-  standard,   // a pattern or a weight: the framework's general routine
-  weight,     // a weight: the general routine in one colour
-  opaque,     // one colour without transparency: the opaque variant
-  depth,      // depth test off: the variant without depth
-  mask,       // a mask in force: the masked routine of the same layer
-  merge,      // merge control on: the merging form
-  antialias,  // antialiasing asked for
-  shell       // always: the colorized routine in the rendition's colour, or its masked twin
-};
+        // Where there is no mask step, clipped segments ignore the mask.
+        {{int_any, colorized, rgb_alpha, open},
+         {nothing_to_draw, opaque_color, standard_line, mask}},
+        {{int_any, colorized, rgb, open}, {nothing_to_draw, standard_line, mask}},
+        {{int_any, colorized, mapped, open}, {nothing_to_draw, standard_line}},
+        {{int_any, colorized, rgb_alpha_z, open},
+         {nothing_to_draw, opaque_color, standard_line, depth_off}},
+        {{int_any, colorized, mapped_z | rgb_z, open}, {nothing_to_draw, standard_line, depth_off}},
 
-/// What stands behind the masked form of a routine.
-enum class Twin : std::uint8_t {
-  none,  // there is no masked form
-  own,
-  colorized,   // the masked colorized one, in the rendition's colour
-  of_blending  // the one of the blending variant
-};
+        {{int_any, gouraud, rgb_alpha | rgb, open}, {nothing_to_draw, standard_line, mask}},
+        {{int_any, gouraud, mapped, open}, {nothing_to_draw, standard_line}},
+        {{int_any, gouraud, mapped_z, open}, {nothing_to_draw, standard_line, depth_off}},
+        // Masked, depth takes part even where it is off.
+        {{int_any, gouraud, rgb_alpha_z | rgb_z, open},
+         {nothing_to_draw, standard_line, mask, depth_off}},
 
-struct Entry {
-  Layer layer;
-  Kind kind;
-  Variant variant;
-};
+        {{int_inside, flat, direct, open}, {too_few_points, outline, mask, as_colorized}},
+        {{int_inside, flat, mapped, open}, {too_few_points, standard_line, mask}},
+        {{int_inside, flat, mapped_z, open}, {too_few_points, depth_off, standard_line, mask}},
 
-struct Entry_Where {
-  Any<Layer> layer{};
-  Any<Kind> kind{};
-  Any<Variant> variant{};
+        {{int_inside, colorized, rgb_alpha, open},
+         {too_few_points, opaque_color, standard_line, mask, merging, antialias}},
+        {{int_inside, colorized, rgb, open},
+         {too_few_points, standard_line, mask, merging, antialias}},
+        {{int_inside, colorized, mapped, open}, {too_few_points, standard_line}},  // never masked
+        {{int_inside, colorized, with_depth, open},
+         {too_few_points, depth_off, standard_line, mask}},
 
-  constexpr bool covers(Entry e) const {
-    return layer.has(e.layer) && kind.has(e.kind) && variant.has(e.variant);
-  }
-};
+        {{int_inside, gouraud, no_depth, open}, {too_few_points, standard_line, mask}},
+        {{int_inside, gouraud, with_depth, open}, {too_few_points, depth_off, standard_line, mask}},
 
-struct Chain {
-  static constexpr std::size_t longest = 6;
-  std::array<Step, longest> steps{};
-
-  constexpr Chain(std::initializer_list<Step> list) {
-    std::size_t at = 0;
-    for (Step step : list) steps[at++] = step;
-  }
-};
-
-namespace rules {
-
-using enum Layer;
-using enum Step;
-
-inline constexpr Any<Variant> direct = {rgb_alpha, rgb, rgb_alpha_z, rgb_z};
-
-inline constexpr Rule_Row<Entry_Where, Chain> chains[] = {
-    // Antialiasing comes before the mask in one of these two, after it in the other.
-    {{any, plain, rgb}, {ready, outline, standard, mask, antialias}},
-    {{any, plain, rgb_alpha}, {ready, outline, standard, antialias, mask}},
-    {{any, plain, mapped}, {ready, standard, mask}},
-    {{any, plain, mapped_z}, {ready, standard, depth}},
-    {{any, plain, direct_with_depth}, {ready, outline, standard, depth, mask}},
-
-    // Where no mask is looked at, clipped segments ignore it.
-    {{any, colorized, rgb_alpha}, {ready, opaque, standard, mask}},
-    {{any, colorized, rgb}, {ready, standard, mask}},
-    {{any, colorized, mapped}, {ready, standard}},
-    {{any, colorized, rgb_alpha_z}, {ready, opaque, standard, depth}},
-    {{any, colorized, {mapped_z, rgb_z}}, {ready, standard, depth}},
-
-    {{any, gouraud, {rgb_alpha, rgb}}, {ready, standard, mask}},
-    {{any, gouraud, mapped}, {ready, standard}},
-    {{any, gouraud, mapped_z}, {ready, standard, depth}},
-    // Masked, depth takes part even where it is off.
-    {{any, gouraud, direct_with_depth}, {ready, standard, mask, depth}},
-
-    {{inside, plain, direct}, {points, outline, shell}},
-    {{inside, plain, mapped}, {points, standard, mask}},
-    {{inside, plain, mapped_z}, {points, depth, standard, mask}},
-
-    {{inside, colorized, rgb_alpha}, {points, opaque, standard, mask, merge, antialias}},
-    {{inside, colorized, rgb}, {points, standard, mask, merge, antialias}},
-    {{inside, colorized, mapped}, {points, standard}},  // a mask is ignored
-    {{inside, colorized, with_depth}, {points, depth, standard, mask}},
-
-    {{inside, gouraud, no_depth}, {points, standard, mask}},
-    {{inside, gouraud, with_depth}, {points, depth, standard, mask}},
-};
-
-// Heads of the masked routines.
-inline constexpr Rule_Row<Entry_Where, Chain> masked_chains[] = {
-    {{any, all_kinds, {}}, {}},
-    {{inside, colorized, {rgb_alpha, rgb}}, {standard, merge, antialias}},
-    {{inside, plain, no_depth}, {}},
-    {{inside, plain, with_depth}, {weight}},  // a pattern is not asked for
-    {{inside, colorized, {mapped, mapped_z, rgb_alpha_z, rgb_z}}, {}},
-    {{inside, gouraud, {}}, {}},
-};
-
-inline constexpr Rule_Row<Entry_Where, Twin> twins[] = {
-    {{any, plain, no_depth}, Twin::own},
-    {{any, plain, mapped_z}, Twin::none},
-    {{any, plain, direct_with_depth}, Twin::colorized},
-    {{any, {colorized, gouraud}, direct}, Twin::own},
-    {{any, {colorized, gouraud}, {mapped, mapped_z}}, Twin::none},
-
-    {{inside, plain, {rgb_alpha, rgb}}, Twin::colorized},
-    {{inside, plain, {mapped, mapped_z, rgb_alpha_z}}, Twin::own},
-    {{inside, plain, rgb_z}, Twin::of_blending},
-    {{inside, colorized, {rgb_alpha, rgb, mapped_z, rgb_alpha_z}}, Twin::own},
-    {{inside, colorized, mapped}, Twin::none},
-    {{inside, colorized, rgb_z}, Twin::of_blending},
-    {{inside, gouraud, {rgb_alpha, mapped, mapped_z, rgb_alpha_z}}, Twin::own},
-    {{inside, gouraud, {rgb, rgb_z}}, Twin::of_blending},
-};
+        // Masked routines, many of which are another one. A wide line's pattern is not tested.
+        {{int_any, flat, rgb_alpha_z | rgb_z, masked}, {as_colorized}},
+        {{int_inside, flat, rgb_alpha | rgb, masked}, {as_colorized}},
+        {{int_inside, flat, mapped_z, masked}, {wide_line}},
+        {{int_inside, flat, rgb_alpha_z, masked}, {wide_line, as_colorized}},
+        {{int_inside, colorized, rgb_alpha | rgb, masked}, {standard_line, merging, antialias}},
+        {{int_inside, one_colored, rgb_z, masked}, {as_blending}},
+        {{int_inside, gouraud, rgb | rgb_z, masked}, {as_blending}},
+    });
 
 }  // namespace rules
+
+inline constexpr auto entry_steps = rules::entry_steps.all();
 
 }  // namespace zbuffer::lines

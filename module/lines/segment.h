@@ -47,7 +47,7 @@ struct Slanted {
         slope(columns == rows  ? Slope::diagonal
               : columns > rows ? Slope::shallow
                                : Slope::steep),
-        step(Step_Count(rows).line_step(s.x1 - s.x0)) {}
+        step(Divisor(rows).line_step(s.x1 - s.x0)) {}
 
   /// Pixels along the major axis.
   std::int32_t major() const { return std::max(columns, rows); }
@@ -55,7 +55,7 @@ struct Slanted {
   /// Start of a steep line's positions.
   Word steep_start() const { return Position::at(x0); }
 
-  /// The same, so that lines down to the left cover what their reverse does.
+  /// The same, so that lines down to the left bits what their reverse does.
   Word steep_start_reversible() const {
     const bool corrected = sx < 0 && sy < 0;
     return steep_start() - (corrected ? (step * as_word(rows)) & 0xFFFF : 0);

@@ -1,28 +1,19 @@
 // Sources: where the colour of a segment's pixels comes from. A source that is begun at a segment
-// gives a value a pixel and goes on pixel by pixel and row by row.
+// gives a cursor, which goes on pixel by pixel and row by row.
 //
 // Channels and depths are stepped at full precision: pixel i of a segment has c0 + i * step, the
 // step being the difference spread over the pixels of the major axis.
 #pragma once
 
-#include "module/core/fixed_point.h"
-#include "module/lines/rules.h"
-#include "module/pixels/blend.h"
+#include "host/types.h"
+#include "module/pixels/cursors.h"
 #include "module/pixels/dither.h"
 
 namespace zbuffer::lines {
 
-/// A value and its step from pixel to pixel.
-struct Stepped {
-  Word value;
-  Word step;
-
-  void advance() { value += step; }
-};
-
 /// The pixels that values are spread over, some of which are left out at the start.
 struct Spread {
-  Step_Count pixels;
+  Divisor pixels;
   Word skipped;
 
   template <class Format>
@@ -32,13 +23,13 @@ struct Spread {
   }
 };
 
-/// The ends of a segment but for its place: depths and colours.
+/// What the ends of a segment have beside their place: depths and colours.
 struct Ends {
   std::int32_t z0, z1;
   KT_RGB32 color0, color1;
 };
 
-/// The rows of a stroke.
+/// The rows that a segment goes through: the first, and 1 upwards or -1 downwards.
 struct Rows {
   std::int32_t first;
   std::int32_t sy;
@@ -48,83 +39,40 @@ struct Rows {
 template <class Pixel_Type>
 struct Constant_Source {
   using Pixel = Pixel_Type;
-  static constexpr bool constant = true;
+  using Cursor = Constant_Cursor<Pixel>;
 
   Pixel word;
 
   void take(KT_RGB32 color) {
     if constexpr (sizeof(Pixel) == sizeof color) word = color.word();
   }
-
-  struct Running {
-    using Pixel = Pixel_Type;
-    static constexpr bool constant = true;
-    Pixel word;
-    Pixel value(const Pixel*) const { return word; }
-    void advance() {}
-    void next_row() {}
-  };
-  Running begin(const Ends&, const Spread&, Rows) const { return {word}; }
+  Cursor begin(const Ends&, const Spread&, Rows) const { return {word}; }
 };
 
 /// Red, green and blue from end to end, alpha 255.
 struct Gouraud_Source {
   using Pixel = std::uint32_t;
+  using Cursor = Gouraud_Cursor;
 
-  void take(KT_RGB32) {}
-
-  // Channels as named values: an array here would go through memory at every pixel.
-  struct Running {
-    using Pixel = std::uint32_t;
-    static constexpr bool constant = false;
-    Stepped red, green, blue;
-
-    Pixel value(const Pixel*) const {
-      return opaque_alpha | (red.value & 0xFF0000) | ((green.value >> 8) & 0xFF00) |
-             ((blue.value >> 16) & 0xFF);
-    }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
-    void next_row() {}
-  };
-  Running begin(const Ends& ends, const Spread& spread, Rows) const {
-    return {spread.between<Position>(ends.color0.red, ends.color1.red),
-            spread.between<Position>(ends.color0.green, ends.color1.green),
-            spread.between<Position>(ends.color0.blue, ends.color1.blue)};
+  Cursor begin(const Ends& ends, const Spread& spread, Rows) const {
+    return {{spread.between<Position>(ends.color0.red, ends.color1.red),
+             spread.between<Position>(ends.color0.green, ends.color1.green),
+             spread.between<Position>(ends.color0.blue, ends.color1.blue)}};
   }
 };
 
 /// Red, green, blue and alpha from end to end.
 struct Gouraud_Alpha_Source {
   using Pixel = std::uint32_t;
+  using Cursor = Gouraud_Alpha_Cursor;
 
-  void take(KT_RGB32) {}
-
-  struct Running {
-    using Pixel = std::uint32_t;
-    static constexpr bool constant = false;
-    Gouraud_Source::Running color;
-    Stepped alpha;
-
-    Pixel value(const Pixel* to) const {
-      return (color.value(to) & ~opaque_alpha) | ((alpha.value << 8) & opaque_alpha);
-    }
-    void advance() {
-      color.advance();
-      alpha.advance();
-    }
-    void next_row() {}
-  };
-  Running begin(const Ends& ends, const Spread& spread, Rows rows) const {
+  Cursor begin(const Ends& ends, const Spread& spread, Rows rows) const {
     return {Gouraud_Source{}.begin(ends, spread, rows),
             spread.between<Position>(ends.color0.alpha, ends.color1.alpha)};
   }
 };
 
-/// The thresholds of the row that a stroke is in.
+/// The thresholds of the row that a segment is in.
 class Dither_Rows {
  public:
   explicit Dither_Rows(Rows rows) : y_(rows.first), sy_(rows.sy), row_(y_) {}
@@ -149,7 +97,7 @@ struct Dithered_Source {
 
   void take(KT_RGB32 new_color) { color = Dithered_Color(cube, new_color); }
 
-  struct Running {
+  struct Cursor {
     using Pixel = std::uint8_t;
     static constexpr bool constant = false;
     const Dithered_Color& color;
@@ -159,7 +107,7 @@ struct Dithered_Source {
     void advance() {}
     void next_row() { rows.next_row(); }
   };
-  Running begin(const Ends&, const Spread&, Rows rows) const { return {color, Dither_Rows(rows)}; }
+  Cursor begin(const Ends&, const Spread&, Rows rows) const { return {color, Dither_Rows(rows)}; }
 };
 
 /// Scaled red, green and blue from end to end, dithered at each pixel.
@@ -168,35 +116,29 @@ struct Gouraud_Dither_Source {
 
   Cube cube;
 
-  void take(KT_RGB32) {}
-
-  struct Running {
+  struct Cursor {
     using Pixel = std::uint8_t;
     static constexpr bool constant = false;
     Cube cube;
     Dither_Rows rows;
-    Stepped red, green, blue;
+    Stepped_Rgb at;
 
     Pixel value(const Pixel* to) const {
-      return cube.dithered({whole(red), whole(green), whole(blue)}, rows.threshold(to));
+      return cube.dithered({whole(at.red), whole(at.green), whole(at.blue)}, rows.threshold(to));
     }
-    void advance() {
-      red.advance();
-      green.advance();
-      blue.advance();
-    }
+    void advance() { at.advance(); }
     void next_row() { rows.next_row(); }
 
-   private:
-    friend struct Gouraud_Dither_Source;
     static std::int32_t whole(const Stepped& channel) { return as_signed(channel.value) >> 8; }
   };
-  Running begin(const Ends& ends, const Spread& spread, Rows rows) const {
+  Cursor begin(const Ends& ends, const Spread& spread, Rows rows) const {
     const Channels from = cube.scaled(ends.color0);
     const Channels to = cube.scaled(ends.color1);
-    return {cube, Dither_Rows(rows), spread.between<Position>(from.red, to.red),
-            spread.between<Position>(from.green, to.green),
-            spread.between<Position>(from.blue, to.blue)};
+    return {
+        cube,
+        Dither_Rows(rows),
+        {spread.between<Position>(from.red, to.red), spread.between<Position>(from.green, to.green),
+         spread.between<Position>(from.blue, to.blue)}};
   }
 };
 

@@ -7,13 +7,13 @@
 // A segment draws its first point and stops short of its last. Shallow lines go row by row in
 // runs: half a step in the first row, whole steps, and what remains in the last.
 //
-// The steppers know nothing of pixels. A brush gives them strokes:
+// The steppers know nothing of pixels. A drawer gives them strokes:
 //
-//   brush.stroke(row, sy, pixels, skipped)   a stroke at a buffer row that goes on by `sy` rows,
+//   drawer.cursor(row, sy, pixels, skipped)   a cursor at a buffer row that goes on by `sy` rows,
 //                                            over a line of `pixels` of which some are left out
-//   stroke.dot(x)                            a pixel, in buffer columns
-//   stroke.run<heading>(x, n)                n pixels from x on; none for n below 1
-//   stroke.next_row()
+//   cursor.dot(x)                            a pixel, in buffer columns
+//   cursor.run<heading>(x, n)                n pixels from x on; none for n below 1
+//   cursor.next_row()
 #pragma once
 
 #include "module/lines/segment.h"
@@ -40,21 +40,21 @@ struct Device_Columns {
 namespace stepper_detail {
 
 /// One pixel a row, exactly along a column or a diagonal.
-template <class Stroke>
-void step_straight(Stroke stroke, std::int32_t x, std::int32_t sx, std::int32_t rows) {
+template <class Line_Cursor>
+void step_straight(Line_Cursor cursor, std::int32_t x, std::int32_t sx, std::int32_t rows) {
   for (; rows > 0; --rows) {
-    stroke.dot(x);
-    stroke.next_row();
+    cursor.dot(x);
+    cursor.next_row();
     x += sx;
   }
 }
 
-template <class Columns, class Stroke>
-void step_steep(Stroke stroke, const Columns columns, Word position, const Word step,
+template <class Columns, class Line_Cursor>
+void step_steep(Line_Cursor cursor, const Columns columns, Word position, const Word step,
                 std::int32_t rows) {
   for (; rows > 0; --rows) {
-    stroke.dot(columns.in_buffer(columns.whole(position)));
-    stroke.next_row();
+    cursor.dot(columns.in_buffer(columns.whole(position)));
+    cursor.next_row();
     position += step;
   }
 }
@@ -66,58 +66,58 @@ struct Shallow_Place {
 };
 
 /// `rows` runs, then one in the row behind them up to the column that `end(position)` tells.
-template <Heading heading, class Columns, class Stroke, class End>
-void step_shallow(Stroke stroke, const Columns columns, Shallow_Place at, const Word step,
+template <Heading heading, class Columns, class Line_Cursor, class End>
+void step_shallow(Line_Cursor cursor, const Columns columns, Shallow_Place at, const Word step,
                   std::int32_t rows, const End end) {
   constexpr auto sign = static_cast<std::int32_t>(heading);
   for (; rows > 0; --rows) {
     const std::int32_t next = columns.whole(at.position);
-    stroke.template run<heading>(columns.in_buffer(at.x), (next - at.x) * sign);
-    stroke.next_row();
+    cursor.template run<heading>(columns.in_buffer(at.x), (next - at.x) * sign);
+    cursor.next_row();
     at = {next, at.position + step};
   }
-  stroke.template run<heading>(columns.in_buffer(at.x), (end(at.position) - at.x) * sign);
+  cursor.template run<heading>(columns.in_buffer(at.x), (end(at.position) - at.x) * sign);
 }
 
-template <class Stroke>
-void step_run(Stroke stroke, std::int32_t x, std::int32_t count, std::int32_t sx) {
+template <class Line_Cursor>
+void step_run(Line_Cursor cursor, std::int32_t x, std::int32_t count, std::int32_t sx) {
   if (sx > 0) {
-    stroke.template run<Heading::right>(x, count);
+    cursor.template run<Heading::right>(x, count);
   } else {
-    stroke.template run<Heading::left>(x, count);
+    cursor.template run<Heading::left>(x, count);
   }
 }
 
 }  // namespace stepper_detail
 
 /// Steps over a segment whose ends lie inside, in buffer coordinates.
-template <class Brush>
-[[gnu::always_inline]] inline void step_inside(const Segment& s, const Brush& brush) {
+template <class Drawer>
+[[gnu::always_inline]] inline void step_inside(const Segment& s, const Drawer& drawer) {
   using namespace stepper_detail;
   const std::int32_t dx = s.x1 - s.x0;
   const std::int32_t dy = s.y1 - s.y0;
   if (dy == 0) {
-    if (dx != 0) step_run(brush.stroke(s.y0, 1, std::abs(dx), 0), s.x0, std::abs(dx), sign_of(dx));
+    if (dx != 0) step_run(drawer.cursor(s.y0, 1, std::abs(dx), 0), s.x0, std::abs(dx), sign_of(dx));
     return;
   }
   if (dx == 0) {
-    return step_straight(brush.stroke(s.y0, sign_of(dy), std::abs(dy), 0), s.x0, 0, std::abs(dy));
+    return step_straight(drawer.cursor(s.y0, sign_of(dy), std::abs(dy), 0), s.x0, 0, std::abs(dy));
   }
   const Slanted line(s);
-  const auto stroke = brush.stroke(line.y0, line.sy, line.major(), 0);
+  const auto cursor = drawer.cursor(line.y0, line.sy, line.major(), 0);
   if (line.slope == Slope::diagonal) {
-    return step_straight(stroke, line.x0, line.sx, line.rows);
+    return step_straight(cursor, line.x0, line.sx, line.rows);
   }
   if (line.slope == Slope::steep) {
-    return step_steep(stroke, Buffer_Columns{}, line.steep_start_reversible(), line.step,
+    return step_steep(cursor, Buffer_Columns{}, line.steep_start_reversible(), line.step,
                       line.rows);
   }
   const Shallow_Place start{line.x0, line.shallow_start()};
   const auto end = [x1 = line.x1](Word) { return x1; };
   if (line.sx > 0) {
-    step_shallow<Heading::right>(stroke, Buffer_Columns{}, start, line.step, line.rows, end);
+    step_shallow<Heading::right>(cursor, Buffer_Columns{}, start, line.step, line.rows, end);
   } else {
-    step_shallow<Heading::left>(stroke, Buffer_Columns{}, start, line.step, line.rows, end);
+    step_shallow<Heading::left>(cursor, Buffer_Columns{}, start, line.step, line.rows, end);
   }
 }
 

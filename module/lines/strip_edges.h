@@ -1,17 +1,13 @@
 // Strip edges: a polytriangle drawn as lines.
 #pragma once
 
-#include "module/core/software_z_buffer.h"
+#include "module/core/call.h"
 
-namespace zbuffer {
+namespace zbuffer::lines {
 
 /// Draws the edges of a strip as polylines: the chain of all points, of the even and of the odd
-/// ones. The colours of the strip are not used; polygons that a wide edge becomes take the strip's
-/// depth offset.
-void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                      const KT_DCI_Point* points);
-/// The same with float points, which are rounded.
-void draw_strip_edges(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                      const KT_Point* points);
+/// ones. Float points are rounded. The colours of the strip are not used; polygons that a wide edge
+/// becomes take the strip's depth offset.
+void draw_strip_edges(const Strip_Call& strip);
 
-}  // namespace zbuffer
+}  // namespace zbuffer::lines

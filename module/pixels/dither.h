@@ -108,4 +108,16 @@ inline std::uint8_t byte_by_address(std::uint64_t row, const std::uint8_t* pixel
   return static_cast<std::uint8_t>(row >> (8 * (reinterpret_cast<std::uintptr_t>(pixel) & 7)));
 }
 
+/// Eight indices that repeat by address, of one colour in one row.
+struct Dithered_Row_Cursor {
+  using Pixel = std::uint8_t;
+  static constexpr bool constant = true;
+
+  std::uint64_t row;
+
+  Pixel value(const Pixel* to) const { return byte_by_address(row, to); }
+  void advance() {}
+  void advance(std::int32_t) {}
+};
+
 }  // namespace zbuffer

@@ -3,19 +3,15 @@
 // no result may look like empty paper.
 #pragma once
 
-#include "module/core/software_z_buffer.h"
-#include "module/pixels/blend.h"
+#include "module/core/entry_steps.h"
+#include "module/pixels/blend_255.h"
 
 namespace zbuffer {
 
-/// Worked out once a call. `force_merge` comes first; the rendition is read only without it.
-inline bool merge_on(const Software_Z_Buffer& renderer, const KT_Rendition& rendition) {
-  return renderer.force_merge != 0 ||
-         rendition->misc_attributes->drawing_mode == KT_Misc_Attributes::merge_mode;
-}
-
 /// The rule for direct colour, over all 32 bits of a pixel.
 struct Rgb_Merge {
+  static constexpr bool branch_free = true;
+
   std::uint32_t key;
   std::uint32_t substitute;
 
@@ -34,6 +30,8 @@ struct Rgb_Merge {
 /// The rule for palette indices. Only drawing on the key may give the substitute; a search that
 /// ends at the key's index is taken as it comes.
 struct Mapped_Merge {
+  static constexpr bool branch_free = false;  // it searches the palette: for drawn pixels only
+
   const KT_Palette* palette;
   std::uint8_t key;
   std::uint8_t substitute;
@@ -52,15 +50,5 @@ struct Mapped_Merge {
     return static_cast<std::uint8_t>(palette->closest_match(color, false));
   }
 };
-
-inline void merge_rgb(const Software_Z_Buffer& renderer, std::uint32_t* pixel,
-                      std::uint32_t color) {
-  *pixel = Rgb_Merge(renderer)(*pixel, color);
-}
-
-inline void merge_mapped(const Software_Z_Buffer& renderer, std::uint8_t* pixel,
-                         std::uint8_t index) {
-  *pixel = Mapped_Merge(renderer)(*pixel, index);
-}
 
 }  // namespace zbuffer

@@ -10,7 +10,7 @@ KT_User_Pattern pattern_of(const KT_Face_Attributes& face) {
 
 }  // namespace
 
-Pattern_Cover::Pattern_Cover(const KT_Rendition& rendition)
+Stipple_Bits::Stipple_Bits(const KT_Rendition& rendition)
     : pattern_(pattern_of(*rendition->face_attributes)),
       origin_(rendition->misc_attributes->pattern_origin) {
   const std::uint32_t options = rendition->misc_attributes->pattern_options;

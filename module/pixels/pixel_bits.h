@@ -1,5 +1,5 @@
-// Covers: what stands between a span and its pixels. A face pattern gives holes or a second
-// colour, a clip mask hides pixels. Both come as bits, up to 64 pixels at a time, so that spans
+// Pixel bits: which pixels of a span are drawn. A face pattern gives holes or a second colour, a
+// clip mask hides pixels. Both come as bits, up to 64 pixels at a time, so that spans
 // can take whole stretches at once and a lone pixel costs a shift and a test.
 #pragma once
 
@@ -13,19 +13,19 @@
 namespace zbuffer {
 
 /// Up to 64 pixels of a span; bit 0 is the leftmost.
-struct Chunk {
+struct Pixel_Bits {
   std::uint64_t ordinary;  ///< pixels that take the ordinary colour
   std::uint64_t contrast;  ///< pixels that take the contrast colour
 };
 
-inline constexpr std::int32_t chunk_size = 64;
+inline constexpr std::int32_t bits_at_once = 64;
 
 constexpr std::uint64_t first_bits(std::int32_t count) {
-  return count >= chunk_size ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
+  return count >= bits_at_once ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
 
 /// Every pixel takes the ordinary colour.
-struct Solid_Cover {
+struct Solid_Bits {
   static constexpr bool solid = true;
 };
 
@@ -37,12 +37,12 @@ constexpr std::int32_t floor_modulo(std::int32_t value, std::int32_t divisor) {
 
 /// A resolved face pattern. A clear bit takes the ordinary colour; a set one the contrast colour
 /// when the pattern is opaque, else it is a hole. The leftmost pixel of a byte is its lowest bit.
-class Pattern_Cover {
+class Stipple_Bits {
  public:
   static constexpr bool solid = false;
 
   /// The pattern of `rendition`, whose `face_pattern` is below 75.
-  explicit Pattern_Cover(const KT_Rendition& rendition);
+  explicit Stipple_Bits(const KT_Rendition& rendition);
 
   /// The pattern's bit at (x, y) in buffer coordinates.
   bool is_set(std::int32_t x, std::int32_t y) const {
@@ -50,41 +50,41 @@ class Pattern_Cover {
   }
   bool opaque() const { return opaque_; }
 
-  class Running {
+  class Cursor {
    public:
-    Running(const Pattern_Cover& cover, std::int32_t x, std::int32_t y)
-        : cover_(cover),
-          row_(cover.row(y)),
-          px_(floor_modulo(wrapped_difference(x, cover.origin_.x), cover.pattern_.pattern_width)) {}
+    Cursor(const Stipple_Bits& bits, std::int32_t x, std::int32_t y)
+        : bits_(bits),
+          row_(bits.row(y)),
+          px_(floor_modulo(wrapped_difference(x, bits.origin_.x), bits.pattern_.pattern_width)) {}
 
-    Chunk next(std::int32_t count) {
+    Pixel_Bits next(std::int32_t count) {
       const std::uint64_t valid = first_bits(count);
-      const bool narrow = cover_.pattern_.pattern_width == 8;
+      const bool narrow = bits_.pattern_.pattern_width == 8;
       const std::uint64_t set = (narrow ? byte_wide() : general(count)) & valid;
-      return {~set & valid, cover_.opaque_ ? set : 0};
+      return {~set & valid, bits_.opaque_ ? set : 0};
     }
 
    private:
-    // A chunk is a whole number of pattern bytes: `px_` stays.
+    // 64 pixels are a whole number of pattern bytes: `px_` stays.
     std::uint64_t byte_wide() const {
-      const auto byte = static_cast<std::uint8_t>(*row_ ^ cover_.inversion_);
+      const auto byte = static_cast<std::uint8_t>(*row_ ^ bits_.inversion_);
       return std::rotr(byte, px_) * 0x0101010101010101u;
     }
     std::uint64_t general(std::int32_t count) {
       std::uint64_t set = 0;
       for (std::int32_t i = 0; i < count; ++i) {
-        set |= std::uint64_t{cover_.bit(row_, px_)} << i;
-        if (++px_ == cover_.pattern_.pattern_width) px_ = 0;
+        set |= std::uint64_t{bits_.bit(row_, px_)} << i;
+        if (++px_ == bits_.pattern_.pattern_width) px_ = 0;
       }
       return set;
     }
 
-    const Pattern_Cover& cover_;
+    const Stipple_Bits& bits_;
     const std::uint8_t* row_;
     std::int32_t px_;
   };
 
-  Running begin(std::int32_t x, std::int32_t y) const { return Running(*this, x, y); }
+  Cursor begin(std::int32_t x, std::int32_t y) const { return Cursor(*this, x, y); }
 
  private:
   const std::uint8_t* row(std::int32_t y) const {
@@ -111,26 +111,26 @@ inline constexpr auto reversed_bytes = [] {
   return reversed;
 }();
 
-/// The mask in force at the head of the cache, in front of another cover.
+/// The mask in force at the head of the cache, over other bits.
 template <class Inner>
-class Masked_Cover {
+class Masked_Bits {
  public:
   static constexpr bool solid = false;
 
-  Masked_Cover(const Mask_Cache& cache, const Inner& inner) : mask_(*cache->head), inner_(inner) {}
+  Masked_Bits(const Mask_Cache& cache, const Inner& inner) : mask_(*cache->head), inner_(inner) {}
 
-  class Running {
+  class Cursor {
    public:
-    Running(const Masked_Cover& cover, std::int32_t x, std::int32_t y)
-        : cursor_(offset(row_cursor(cover.mask_, y), x)), inner_(begin_inner(cover.inner_, x, y)) {}
+    Cursor(const Masked_Bits& bits, std::int32_t x, std::int32_t y)
+        : cursor_(offset(row_cursor(bits.mask_, y), x)), inner_(begin_inner(bits.inner_, x, y)) {}
 
-    Chunk next(std::int32_t count) {
+    Pixel_Bits next(std::int32_t count) {
       const std::uint64_t visible = ~hidden(count) & first_bits(count);
       if constexpr (Inner::solid) {
         return {visible, 0};
       } else {
-        const Chunk chunk = inner_.next(count);
-        return {chunk.ordinary & visible, chunk.contrast & visible};
+        const Pixel_Bits inner = inner_.next(count);
+        return {inner.ordinary & visible, inner.contrast & visible};
       }
     }
 
@@ -144,7 +144,7 @@ class Masked_Cover {
       advance(cursor_, count);
       return bits;
     }
-    // Mask bits run from the most significant one, chunk bits from the least.
+    // Mask bits run from the most significant one, pixel bits from the least.
     static std::uint64_t reversed(std::uint8_t byte) { return reversed_bytes[byte]; }
 
     struct Nothing {};
@@ -160,7 +160,7 @@ class Masked_Cover {
     decltype(begin_inner(std::declval<const Inner&>(), 0, 0)) inner_;
   };
 
-  Running begin(std::int32_t x, std::int32_t y) const { return Running(*this, x, y); }
+  Cursor begin(std::int32_t x, std::int32_t y) const { return Cursor(*this, x, y); }
 
  private:
   const Frame_Buffer_Mask& mask_;

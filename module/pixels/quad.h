@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "module/pixels/blend.h"
+#include "module/pixels/blend_255.h"
 
 namespace zbuffer {
 
@@ -42,7 +42,7 @@ struct Narrow<std::uint32_t> {
 inline Quad mixed_channels(Quad old, Quad source, Quad a, Quad b) {
   const auto shorts = [](Quad quad) { return reinterpret_cast<Eight_Shorts>(quad); };
   return reinterpret_cast<Quad>(
-      divided_by_255<Eight_Shorts>(shorts(source) * shorts(a) + shorts(old) * shorts(b)));
+      mixed_255<Eight_Shorts>(shorts(source), shorts(a), shorts(old), shorts(b)));
 }
 
 }  // namespace quad_detail
@@ -140,10 +140,10 @@ Number is_transparent(Number colors) {
 /// Each source colour by its own alpha: 255 gives the source, 0 the old pixel, and any other a
 /// blend with an alpha byte of 255.
 inline Quad blended_by_source(Quad old, Quad source) {
-  constexpr std::uint32_t even = 0x00FF00FFu;  // blue and red; green and alpha lie between
   const Quad a = (source >> 24) * 0x00010001u;
-  const Quad b = even - a;
-  const Quad blue_red = quad_detail::mixed_channels(old & even, source & even, a, b);
+  const Quad b = outer_channels - a;
+  const Quad blue_red =
+      quad_detail::mixed_channels(old & outer_channels, source & outer_channels, a, b);
   const Quad green = quad_detail::mixed_channels((old >> 8) & 255, (source >> 8) & 255, a, b);
   const Quad alpha = (old | ~is_transparent(source)) & opaque_alpha;
   return blue_red | (green << 8) | alpha;

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "module/pixels/quad.h"
+
 namespace zbuffer {
 
 namespace run_detail {
@@ -84,8 +86,6 @@ inline void fill_by_address(std::uint8_t* to, std::ptrdiff_t count, std::uint64_
 
 namespace run_detail {
 
-using Quad __attribute__((vector_size(16))) = std::uint32_t;
-
 // All bits of pixel i set where bit i of the index is.
 inline constexpr auto quad_masks = [] {
   std::array<std::array<std::uint32_t, 4>, 16> masks{};
@@ -108,14 +108,10 @@ constexpr std::uint64_t byte_mask(std::uint64_t bits) {
 /// Stores `value` into those of `count` pixels whose bit is set, bit 0 being the first; at most 64.
 inline void fill_bits(std::uint32_t* to, std::int32_t count, std::uint64_t bits,
                       std::uint32_t value) {
-  using run_detail::Quad;
   const Quad filled{value, value, value, value};
   for (; count >= 4; count -= 4, to += 4, bits >>= 4) {
-    Quad old, mask;
-    std::memcpy(&old, to, sizeof old);
-    std::memcpy(&mask, run_detail::quad_masks[bits & 15].data(), sizeof mask);
-    const Quad made = (old & ~mask) | (filled & mask);
-    std::memcpy(to, &made, sizeof made);
+    const Quad mask = load_quad(run_detail::quad_masks[bits & 15].data());
+    store_quad(to, select(mask, filled, load_quad(to)));
   }
   for (; count > 0; --count, ++to, bits >>= 1) {
     if (bits & 1) *to = value;
@@ -129,7 +125,7 @@ inline void fill_bits(std::uint8_t* to, std::int32_t count, std::uint64_t bits,
     const std::uint64_t mask = run_detail::byte_mask(bits);
     std::uint64_t word;
     std::memcpy(&word, to, sizeof word);
-    word = (word & ~mask) | (filled & mask);
+    word = select(mask, filled, word);
     std::memcpy(to, &word, sizeof word);
   }
   for (; count > 0; --count, ++to, bits >>= 1) {

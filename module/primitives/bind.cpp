@@ -1,51 +1,54 @@
-// Puts a variant's routines behind the actions of dots, polymarkers, images and polygons.
+// Routines with the arguments of their actions, and which of them a variant binds.
+#include "module/primitives/bind.h"
 
-#include "module/bindings.h"
+#include "module/core/bind.h"
 #include "module/primitives/dots.h"
+#include "module/primitives/frame_services.h"
 #include "module/primitives/images.h"
 #include "module/primitives/polygons.h"
 #include "module/primitives/polymarkers.h"
 
-namespace zbuffer {
-namespace {
-
-template <Variant variant>
-void draw_dot_action(KT_Renderer_Data* object, const KT_Rendition& rendition,
-                     const KT_DCI_Point* point, const KT_RGB32* color) {
-  draw_dot<variant>(renderer_of(object), rendition, *point, color);
-}
-
-}  // namespace
+namespace zbuffer::primitives {
 
 void bind_dots(Software_Z_Buffer& renderer, Variant variant) {
-  static constexpr korvel::Routine_Of<KT_Action::Draw_DCI_Dot>* routines[variant_count] = {
-      &draw_dot_action<Variant::rgb_alpha>,   &draw_dot_action<Variant::rgb>,
-      &draw_dot_action<Variant::mapped>,      &draw_dot_action<Variant::mapped_z>,
-      &draw_dot_action<Variant::rgb_alpha_z>, &draw_dot_action<Variant::rgb_z>};
-  bind<KT_Action::Draw_DCI_Dot>(renderer, routines[index_of(variant)]);
+  with_constant(variant, [&]<Variant v>() {
+    bind<KT_Action::Draw_DCI_Dot>(renderer, [](KT_Renderer_Data* object, const KT_Rendition& with,
+                                               const KT_DCI_Point* point, const KT_RGB32* color) {
+      draw_dot(v, renderer_of(object), with, *point, color);
+    });
+  });
 }
-
-// The variants without an entry have no routine of their own and are not bound here.
 
 void bind_polymarkers(Software_Z_Buffer& renderer, Variant variant) {
-  static constexpr korvel::Routine_Of<KT_Action::Draw_2DI_Polymarker>* routines[variant_count] = {
-      &draw_polymarker<Variant::rgb_alpha>,   &draw_polymarker<Variant::rgb>,
-      &draw_polymarker<Variant::mapped>,      nullptr,
-      &draw_polymarker<Variant::rgb_alpha_z>, &draw_polymarker<Variant::rgb_z>};
-  bind<KT_Action::Draw_2DI_Polymarker>(renderer, routines[index_of(variant)]);
+  with_constant(variant, [&]<Variant v>() {
+    bind<KT_Action::Draw_2DI_Polymarker>(
+        renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, int count,
+                     const KT_DCI_Point* points) {
+          enter_polymarker(v, polymarker_call(renderer_of(object), with, count, points));
+        });
+  });
 }
 
+// The last two arguments of the action have no part in it.
 void bind_rgb32_images(Software_Z_Buffer& renderer, Variant variant) {
-  static constexpr korvel::Routine_Of<KT_Action::Draw_DCI_RGB32_Image>* routines[variant_count] = {
-      &draw_rgb32_image<Variant::rgb_alpha>,   &draw_rgb32_image<Variant::rgb>,  nullptr, nullptr,
-      &draw_rgb32_image<Variant::rgb_alpha_z>, &draw_rgb32_image<Variant::rgb_z>};
-  bind<KT_Action::Draw_DCI_RGB32_Image>(renderer, routines[index_of(variant)]);
+  with_constant(variant, [&]<Variant v>() {
+    bind<KT_Action::Draw_DCI_RGB32_Image>(
+        renderer,
+        [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
+           const KT_DCI_Point* end, int stride, const KT_RGB32* pixels, int, const KT_Packing*) {
+          enter_image(v, image_call(renderer_of(object), with, start, end, stride, pixels));
+        });
+  });
 }
 
 void bind_index8_images(Software_Z_Buffer& renderer, Variant variant) {
-  bind<KT_Action::Draw_DCI_Index8_Image>(renderer, has_depth(variant)
-                                                       ? &draw_index8_image<Variant::mapped_z>
-                                                       : &draw_index8_image<Variant::mapped>);
+  with_constant(variant, [&]<Variant v>() {
+    bind<KT_Action::Draw_DCI_Index8_Image>(
+        renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
+                     const KT_DCI_Point* end, int stride, const std::uint8_t* pixels) {
+          enter_image(v, image_call(renderer_of(object), with, start, end, stride, pixels));
+        });
+  });
 }
 
 void bind_polygons(Software_Z_Buffer& renderer) {
@@ -55,4 +58,19 @@ void bind_polygons(Software_Z_Buffer& renderer) {
   bind<KT_Action::Draw_DCI_Polygon>(renderer, &draw_dci_polygon);
 }
 
-}  // namespace zbuffer
+void bind_depth_clear(Software_Z_Buffer& renderer, Variant) {
+  bind<KT_Action::Clear_Depth>(renderer, &clear_depth);
+}
+
+void bind_depth_transfer(Software_Z_Buffer& renderer, Variant) {
+  bind<KT_Action::Get_Depth>(renderer, &get_depth);
+  bind<KT_Action::Put_Depth>(renderer, &put_depth);
+}
+
+void bind_color_services(Software_Z_Buffer& renderer, Variant variant) {
+  const bool mapped = is_mapped(variant);
+  bind<KT_Action::Clear_Color>(renderer, mapped ? &clear_color_mapped : &clear_color_direct);
+  bind<KT_Action::Get_Image>(renderer, mapped ? &get_image_mapped : &get_image_direct);
+}
+
+}  // namespace zbuffer::primitives

@@ -1,11 +1,11 @@
+// Clears: whole rectangles, in device coordinates.
 #include <algorithm>
 #include <cstring>
 
-#include "module/bindings.h"
 #include "module/pixels/run.h"
 #include "module/primitives/frame_services.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 namespace {
 
 struct Area {
@@ -73,8 +73,4 @@ void clear_depth(KT_Renderer_Data* object, const KT_Rendition& rendition) {
   fill_area<std::uint16_t>(renderer.depth_image, area, 0xFFFF);
 }
 
-void bind_depth_clear(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Clear_Depth>(renderer, &clear_depth);
-}
-
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -1,10 +1,11 @@
+// Dots in the six variants. Where depth is off a variant's dot is that of the variant without.
 #include "module/primitives/dots.h"
 
-#include "module/core/fixed_point.h"
+#include "module/core/bind.h"
 #include "module/pixels/dither.h"
 #include "module/primitives/plot.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 namespace {
 
 template <Variant variant>
@@ -35,32 +36,16 @@ void draw_mapped(const Software_Z_Buffer& renderer, const KT_Rendition& renditio
 
 }  // namespace
 
-template <Variant variant>
-void draw_dot(Software_Z_Buffer& renderer, const KT_Rendition& rendition, const KT_DCI_Point& point,
-              const KT_RGB32* color) {
-  if constexpr (has_depth(variant)) {
-    if (rendition->display_context->depth_enabled == 0) {
-      return draw_dot<without_depth(variant)>(renderer, rendition, point, color);
+void draw_dot(Variant variant, Software_Z_Buffer& renderer, const KT_Rendition& rendition,
+              const KT_DCI_Point& point, const KT_RGB32* color) {
+  if (rendition->display_context->depth_enabled == 0) variant = without_depth(variant);
+  with_constant(variant, [&]<Variant v>() {
+    if constexpr (is_mapped(v)) {
+      draw_mapped<v>(renderer, rendition, point, color);
+    } else {
+      draw_direct<v>(renderer, rendition, point, color);
     }
-  }
-  if constexpr (is_mapped(variant)) {
-    draw_mapped<variant>(renderer, rendition, point, color);
-  } else {
-    draw_direct<variant>(renderer, rendition, point, color);
-  }
+  });
 }
 
-template void draw_dot<Variant::rgb_alpha>(Software_Z_Buffer&, const KT_Rendition&,
-                                           const KT_DCI_Point&, const KT_RGB32*);
-template void draw_dot<Variant::rgb>(Software_Z_Buffer&, const KT_Rendition&, const KT_DCI_Point&,
-                                     const KT_RGB32*);
-template void draw_dot<Variant::mapped>(Software_Z_Buffer&, const KT_Rendition&,
-                                        const KT_DCI_Point&, const KT_RGB32*);
-template void draw_dot<Variant::mapped_z>(Software_Z_Buffer&, const KT_Rendition&,
-                                          const KT_DCI_Point&, const KT_RGB32*);
-template void draw_dot<Variant::rgb_alpha_z>(Software_Z_Buffer&, const KT_Rendition&,
-                                             const KT_DCI_Point&, const KT_RGB32*);
-template void draw_dot<Variant::rgb_z>(Software_Z_Buffer&, const KT_Rendition&, const KT_DCI_Point&,
-                                       const KT_RGB32*);
-
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -7,7 +7,7 @@
 #include "module/core/fixed_point.h"
 #include "module/core/software_z_buffer.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 
 /// A rectangle of a read-back or a depth transfer in buffer coordinates.
 struct Transfer_Area {
@@ -51,4 +51,4 @@ void get_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point
 void put_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point* start,
                const KT_DCI_Point* end, int stride, const std::uint16_t* pixels);
 
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -1,5 +1,4 @@
-// Images, twelve routines in one loop over rows: {index, colour, colour with alpha} by {no depth,
-// depth} by {no mask, mask}.
+// Images by source (index, colour, colour with alpha), depth and mask, in one loop over rows.
 //
 //   start (left, top) ->  * * * * * .    source rows from top to bottom
 //                         * * * * * .    . is cut off: the window ends; nothing else is clipped
@@ -8,7 +7,6 @@
 // A mask cuts a row into visible stretches; a stretch is a block copy or a loop over quads. The
 // depth ramp steps between the pixels of a row, hidden ones included, and runs on from row to
 // row: a row begins with the depth at which the one above it ended.
-
 #include "module/primitives/images.h"
 
 #include <algorithm>
@@ -21,28 +19,15 @@
 #include "module/pixels/pixel_bits.h"
 #include "module/pixels/quad.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 namespace {
 
-/// A call of either action.
-template <class Pixel>
-struct Image_Call {
-  Software_Z_Buffer& renderer;
-  const KT_Rendition& rendition;
-  const KT_DCI_Point& start;
-  const KT_DCI_Point& end;
-  std::int32_t stride;
-  const std::uint8_t* pixels;
-
-  bool advanced_bit(std::uint32_t bit) const {
-    return (rendition->misc_attributes->advanced_options.bits & bit) != 0;
-  }
-  /// Pixels of a row, cut where the window ends on the right; may be below 1.
-  std::int32_t columns() const {
-    const std::int32_t last = renderer.device_origin.x + renderer.window_extent.x - 1;
-    return wrapped_sum(wrapped_difference(std::min(end.x, last), start.x), 1);
-  }
-};
+/// Pixels of a row, cut where the window ends on the right; may be below 1.
+std::int32_t columns(const Image_Call& call) {
+  const Software_Z_Buffer& renderer = call.renderer;
+  const std::int32_t last = renderer.device_origin.x + renderer.window_extent.x - 1;
+  return wrapped_sum(wrapped_difference(std::min(call.end.x, last), call.start.x), 1);
+}
 
 // What a source pixel does. `drawn` says for which pixels depth takes part.
 
@@ -140,29 +125,29 @@ struct No_Mask {
 
 /// Calls `draw(first, count)` for each visible stretch of a row.
 struct Row_Mask {
-  Masked_Cover<Solid_Cover> cover;
+  Masked_Bits<Solid_Bits> bits;
 
   template <class Draw>
   void stretches(std::int32_t x, std::int32_t y, std::int32_t count, Draw draw) const {
-    auto bits = cover.begin(x, y);
-    for (std::int32_t chunk = 0; chunk < count; chunk += chunk_size) {
-      std::uint64_t visible = bits.next(std::min(count - chunk, chunk_size)).ordinary;
-      for (std::int32_t first = chunk; visible != 0;) {
+    auto cursor = bits.begin(x, y);
+    for (std::int32_t done = 0; done < count; done += bits_at_once) {
+      std::uint64_t visible = cursor.next(std::min(count - done, bits_at_once)).ordinary;
+      for (std::int32_t first = done; visible != 0;) {
         const int hidden = std::countr_zero(visible);
         visible >>= hidden;
         const int length = std::countr_one(visible);
         draw(first + hidden, length);
         first += hidden + length;
-        visible = length < chunk_size ? visible >> length : 0;
+        visible = length < bits_at_once ? visible >> length : 0;
       }
     }
   }
 };
 
 template <class Source, class Pixel, class Ramp, class Mask>
-void draw_rows(const Image_Call<Pixel>& call, Ramp ramp, const Mask& mask) {
+void draw_rows(const Image_Call& call, Ramp ramp, const Mask& mask) {
   const Frame frame(call.renderer);
-  const std::int32_t count = call.columns();
+  const std::int32_t count = columns(call);
   const std::int32_t x = wrapped_difference(call.start.x, frame.origin.x);
   const std::int32_t bottom = wrapped_difference(call.end.y, frame.origin.y);
   const std::uint8_t* source = call.pixels;
@@ -180,125 +165,87 @@ void draw_rows(const Image_Call<Pixel>& call, Ramp ramp, const Mask& mask) {
   }
 }
 
-enum class Depth_Use : std::uint8_t { none, ramp };
-
-template <class Source, Depth_Use depth, class Pixel, class Mask>
-void draw_image(const Image_Call<Pixel>& call, const Mask& mask) {
-  if (call.columns() < 1) return;
-  if constexpr (depth == Depth_Use::ramp) {
-    draw_rows<Source>(call, Depth_Ramp(call.start, call.end), mask);
+template <class Pixel, class Source>
+void draw_image(Variant variant, Masking masking, const Image_Call& call) {
+  if (columns(call) < 1) return;
+  const auto draw_along = [&](const auto& ramp) {
+    if (masking == Masking::masked) {
+      const Row_Mask mask{Masked_Bits(call.renderer.mask_cache, Solid_Bits{})};
+      draw_rows<Source, Pixel>(call, ramp, mask);
+    } else {
+      draw_rows<Source, Pixel>(call, ramp, No_Mask{});
+    }
+  };
+  if (has_depth(variant)) {
+    draw_along(Depth_Ramp(call.start, call.end));
   } else {
-    draw_rows<Source>(call, No_Depth{}, mask);
+    draw_along(No_Depth{});
   }
 }
 
-/// The tests at the head, in the order of their list; the first that holds takes the whole call.
-enum class Head_Test : std::uint8_t {
-  none,
-  alpha_bit,  ///< blending asked for: the blending variant
-  no_depth,   ///< depth is not enabled: the variant without depth
-  mask,       ///< a mask in force: the same drawing through it
-  opaque_bit  ///< alpha is to be ignored: as an opaque image
-};
+/// Whether the alpha bytes of an image take part.
+enum class Image_Alpha : std::uint8_t { ignored, by_pixel };
 
-using Head = std::array<Head_Test, 3>;
-
-constexpr Head head_of(Variant variant) {
-  using enum Head_Test;
-  switch (variant) {
-    case Variant::mapped:
-      return {mask};
-    case Variant::mapped_z:
-      return {no_depth, mask};
-    case Variant::rgb:
-      return {alpha_bit, mask};
-    case Variant::rgb_z:
-      return {alpha_bit, no_depth, mask};
-    // Behind the mask: a masked image is blended, whatever the opaque bit says...
-    case Variant::rgb_alpha:
-      return {mask, opaque_bit};
-    // ...and here it is tested against depth, too, where depth is not enabled.
-    case Variant::rgb_alpha_z:
-      return {mask, no_depth, opaque_bit};
+void draw(Variant variant, Masking masking, Image_Alpha alpha, const Image_Call& call) {
+  if (is_mapped(variant)) return draw_image<std::uint8_t, Copy_Source>(variant, masking, call);
+  if (alpha == Image_Alpha::ignored) {
+    return draw_image<std::uint32_t, Copy_Source>(variant, masking, call);
   }
-  return {};
+  draw_image<std::uint32_t, Source_Alpha>(variant, masking, call);
 }
 
-template <Variant variant>
-using Source_Of = std::conditional_t<is_alpha(variant), Source_Alpha, Copy_Source>;
-template <Variant variant>
-constexpr Depth_Use depth_use = has_depth(variant) ? Depth_Use::ramp : Depth_Use::none;
+constexpr Image_Alpha alpha_of(Variant variant) {
+  return is_alpha(variant) ? Image_Alpha::by_pixel : Image_Alpha::ignored;
+}
 
-template <Variant variant, class Pixel>
-void enter_image(const Image_Call<Pixel>& call);
+// In the blending variants the mask comes first: a masked image is blended, whatever the opaque bit
+// says, and tested against depth, too, where depth is not enabled.
+using enum Variant;
+using enum Entry_Step;
+constexpr auto entry_steps =
+    rule_table<Members<Variant>>(Entry_Steps{mask},
+                                 {{{mapped_z}, {depth_off, mask}},
+                                  {{rgb}, {blending, mask}},
+                                  {{rgb_z}, {blending, depth_off, mask}},
+                                  {{rgb_alpha}, {mask, opaque_image}},
+                                  {{rgb_alpha_z}, {mask, depth_off, opaque_image}}})
+        .all();
 
-template <Head_Test test, Variant variant, class Pixel>
-bool taken(const Image_Call<Pixel>& call) {
-  if constexpr (test == Head_Test::alpha_bit) {
-    if (!call.advanced_bit(KT_Advanced_Options::alpha_bit)) return false;
-    enter_image<with_alpha(variant)>(call);
-  } else if constexpr (test == Head_Test::no_depth) {
-    if (call.rendition->display_context->depth_enabled != 0) return false;
-    enter_image<without_depth(variant)>(call);
-  } else if constexpr (test == Head_Test::mask) {
-    if (!mask_in_force(call.renderer, call.rendition)) return false;
-    draw_image<Source_Of<variant>, depth_use<variant>>(
-        call, Row_Mask{Masked_Cover(call.renderer.mask_cache, Solid_Cover{})});
-  } else if constexpr (test == Head_Test::opaque_bit) {
-    if (!call.advanced_bit(KT_Advanced_Options::opaque_image_bit)) return false;
-    draw_image<Copy_Source, depth_use<variant>>(call, No_Mask{});
-  } else {
-    return false;
+/// Does what `step` does, whose test holds; returns whether it took the call.
+bool take(Entry_Step step, Variant variant, const Image_Call& call) {
+  switch (step) {
+    case blending:
+      enter_image(with_alpha(variant), call);
+      return true;
+    case depth_off:
+      enter_image(without_depth(variant), call);
+      return true;
+    case mask:
+      if (!mask_in_force(call.renderer, call.rendition)) return false;
+      draw(variant, Masking::masked, alpha_of(variant), call);
+      return true;
+    case opaque_image:
+      draw(variant, Masking::open, Image_Alpha::ignored, call);
+      return true;
+    default:
+      return false;  // of other families
   }
-  return true;
-}
-
-template <Variant variant, class Pixel, std::size_t... at>
-bool taken_by_head(const Image_Call<Pixel>& call, std::index_sequence<at...>) {
-  constexpr Head head = head_of(variant);
-  return (taken<head[at], variant>(call) || ...);
-}
-
-template <Variant variant, class Pixel>
-void enter_image(const Image_Call<Pixel>& call) {
-  if (taken_by_head<variant>(call, std::make_index_sequence<3>{})) return;
-  draw_image<Source_Of<variant>, depth_use<variant>>(call, No_Mask{});
 }
 
 }  // namespace
 
-template <Variant variant>
-void draw_rgb32_image(KT_Renderer_Data* object, const KT_Rendition& rendition,
+void enter_image(Variant variant, const Image_Call& call) {
+  if (taken(entry_steps[Members<Variant>::index(variant)], variant, call, take)) return;
+  draw(variant, Masking::open, alpha_of(variant), call);
+}
+
+Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
-                      const KT_RGB32* pixels, int, const KT_Packing*) {
-  enter_image<variant>(Image_Call<std::uint32_t>{renderer_of(object), rendition, *start, *end,
-                                                 stride,
-                                                 reinterpret_cast<const std::uint8_t*>(pixels)});
+                      const void* pixels) {
+  constexpr int points = 2;
+  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, points);
+  return {
+      {renderer, rendition, held}, *start, *end, stride, static_cast<const std::uint8_t*>(pixels)};
 }
 
-template <Variant variant>
-void draw_index8_image(KT_Renderer_Data* object, const KT_Rendition& rendition,
-                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
-                       const std::uint8_t* pixels) {
-  enter_image<variant>(
-      Image_Call<std::uint8_t>{renderer_of(object), rendition, *start, *end, stride, pixels});
-}
-
-#define ZBUFFER_RGB32_IMAGE(variant)                                                     \
-  template void draw_rgb32_image<variant>(KT_Renderer_Data*, const KT_Rendition&,        \
-                                          const KT_DCI_Point*, const KT_DCI_Point*, int, \
-                                          const KT_RGB32*, int, const KT_Packing*);
-#define ZBUFFER_INDEX8_IMAGE(variant)                                                     \
-  template void draw_index8_image<variant>(KT_Renderer_Data*, const KT_Rendition&,        \
-                                           const KT_DCI_Point*, const KT_DCI_Point*, int, \
-                                           const std::uint8_t*);
-ZBUFFER_RGB32_IMAGE(Variant::rgb_alpha)
-ZBUFFER_RGB32_IMAGE(Variant::rgb)
-ZBUFFER_RGB32_IMAGE(Variant::rgb_alpha_z)
-ZBUFFER_RGB32_IMAGE(Variant::rgb_z)
-ZBUFFER_INDEX8_IMAGE(Variant::mapped)
-ZBUFFER_INDEX8_IMAGE(Variant::mapped_z)
-#undef ZBUFFER_RGB32_IMAGE
-#undef ZBUFFER_INDEX8_IMAGE
-
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -1,22 +1,25 @@
-// The two image actions: a rectangle of the caller's pixels, opaque or with an alpha byte a
-// pixel, along a depth ramp, through the clip mask.
+// The two image actions: a rectangle of the caller's pixels, opaque or with an alpha byte a pixel,
+// along a depth ramp, through the clip mask.
 #pragma once
 
-#include "module/core/software_z_buffer.h"
-#include "module/core/variant.h"
+#include "module/core/call.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 
-/// `Draw_DCI_RGB32_Image` of the direct-colour variants. The last two arguments are not read.
-template <Variant variant>
-void draw_rgb32_image(KT_Renderer_Data* object, const KT_Rendition& rendition,
+/// A call of either action. Rows of the source are `stride` bytes apart.
+struct Image_Call : Call {
+  const KT_DCI_Point& start;  ///< left top pixel
+  const KT_DCI_Point& end;    ///< right bottom pixel, included
+  std::int32_t stride;
+  const std::uint8_t* pixels;
+};
+
+/// Walks the entry steps of a variant's image, then draws it: 32-bit pixels in direct colour, 8-bit
+/// ones in mapped.
+void enter_image(Variant variant, const Image_Call& image);
+
+Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
-                      const KT_RGB32* pixels, int, const KT_Packing*);
+                      const void* pixels);
 
-/// `Draw_DCI_Index8_Image` of the mapped variants.
-template <Variant variant>
-void draw_index8_image(KT_Renderer_Data* object, const KT_Rendition& rendition,
-                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
-                       const std::uint8_t* pixels);
-
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

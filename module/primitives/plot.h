@@ -1,8 +1,8 @@
 // Plotting of single pixels: what dots and the points of polymarkers have in common.
 //
-// With depth a pixel is under the depth test alone; neither mask nor merge control is asked, even
+// With depth a pixel is under the depth test alone; neither mask nor merge control has a part, even
 // when they are in force. Without depth the mask comes first, then merge control, then the
-// variant's own store.
+// variant's own blend.
 #pragma once
 
 #include <type_traits>
@@ -10,17 +10,12 @@
 #include "module/core/fixed_point.h"
 #include "module/core/frame.h"
 #include "module/core/variant.h"
-#include "module/pixels/alpha_scale.h"
+#include "module/pixels/blend_256.h"
 #include "module/pixels/depth_test.h"
 #include "module/pixels/mask.h"
 #include "module/pixels/merge.h"
 
-namespace zbuffer {
-
-/// Mapped dots take the plain test and write the depth on every pass.
-constexpr Depth_Setting plot_depth_setting(Variant variant) {
-  return is_mapped(variant) ? Depth_Setting::fixed : Depth_Setting::by_setting;
-}
+namespace zbuffer::primitives {
 
 template <Variant variant>
 class Plotter {
@@ -50,29 +45,27 @@ class Plotter {
     return wrapped_difference(point.y, frame_.origin.y);
   }
 
-  void put(Pixel* pixel, Pixel ink) const {
+  void put(Pixel* pixel, Pixel color) const {
     if (merging_) {
-      put_merged(pixel, ink);
+      *pixel = Merge(renderer_)(*pixel, color);
     } else if constexpr (is_alpha(variant)) {
-      *pixel = blended_pixel(*pixel, ink);
+      *pixel = blended_256(*pixel, color);
     } else {
-      *pixel = ink;
+      *pixel = color;
     }
   }
 
  private:
-  // Unlike spans, single pixels compare all 32 bits of z, with its sign.
-  bool passes(std::int32_t z, std::int32_t stored) const {
-    if constexpr (plot_depth_setting(variant) == Depth_Setting::by_setting) {
-      if (renderer_.zbuffer_test == 1) return z < stored;
-      if (renderer_.zbuffer_test == 5) return z > stored;
-    }
-    return z <= stored;
-  }
+  using Merge = std::conditional_t<is_mapped(variant), Mapped_Merge, Rgb_Merge>;
+  // Mapped dots take the plain test and write the depth on every pass.
+  static constexpr bool honours_settings = !is_mapped(variant);
 
+  // Unlike spans, single pixels compare all 32 bits of z, with its sign.
   bool tested(std::uint16_t* depth, std::int32_t z) const {
-    if (!passes(z, *depth)) return false;
-    if (plot_depth_setting(variant) == Depth_Setting::fixed || renderer_.zbuffer_write != 0) {
+    const Comparison comparison =
+        honours_settings ? comparison_setting(renderer_) : Comparison::less_equal;
+    if (!passes(comparison, z, std::int32_t{*depth})) return false;
+    if (!honours_settings || write_setting(renderer_) == Depth_Write::on_pass) {
       *depth = static_cast<std::uint16_t>(z);
     }
     return true;
@@ -83,18 +76,10 @@ class Plotter {
            offset(row_cursor(*renderer_.mask_cache->head, y), x).hidden();
   }
 
-  void put_merged(Pixel* pixel, Pixel ink) const {
-    if constexpr (is_mapped(variant)) {
-      merge_mapped(renderer_, pixel, ink);
-    } else {
-      merge_rgb(renderer_, pixel, ink);
-    }
-  }
-
   const Software_Z_Buffer& renderer_;
   const KT_Rendition& rendition_;
   const Frame frame_;
   const bool merging_;
 };
 
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -7,7 +7,7 @@
 
 #include "module/core/scratch.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 namespace {
 
 constexpr int longest_strip = 64;
@@ -98,7 +98,7 @@ void draw_polygon(KT_Renderer_Data* object, const KT_Rendition& callers, int cou
   }
 }
 
-/// Whole points: neither rank nor edge offset is asked, and a lone triangle's colour is not
+/// Whole points: neither rank nor edge offset has a part, and a lone triangle's colour is not
 /// announced as single.
 template <class Triangles, class Float_Triangles>
 void draw_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
@@ -147,4 +147,4 @@ void draw_dci_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, i
   draw_polygon<Triangles_DCI, Triangles_DC>(object, rendition, count, points, color);
 }
 
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -4,7 +4,7 @@
 
 #include "module/core/software_z_buffer.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 
 void draw_2d_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                      const KT_Point* points, const KT_RGB32* color);
@@ -15,4 +15,4 @@ void draw_2di_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, i
 void draw_dci_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                       const KT_DCI_Point* points, const KT_RGB32* color);
 
-}  // namespace zbuffer
+}  // namespace zbuffer::primitives

@@ -1,14 +1,15 @@
 // Polymarkers: lists of points drawn as single dots, each tested against the hard clip.
 #pragma once
 
-#include "module/core/software_z_buffer.h"
-#include "module/core/variant.h"
+#include "module/core/call.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 
-/// `Draw_2DI_Polymarker` of every variant but `Mapped_Z`, which has none.
-template <Variant variant>
-void draw_polymarker(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
-                     const KT_DCI_Point* points);
+/// Walks the entry steps of a variant's polymarker, then draws it. `Mapped_Z` has none.
+void enter_polymarker(Variant variant, const Strip_Call& markers);
 
-}  // namespace zbuffer
+/// A call of it.
+Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
+                           const KT_DCI_Point* points);
+
+}  // namespace zbuffer::primitives

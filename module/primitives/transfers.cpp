@@ -1,10 +1,10 @@
+// Read-backs of colour and depth, and depth written from outside, by rows from the top down.
 #include <algorithm>
 #include <cstring>
 
-#include "module/bindings.h"
 #include "module/primitives/frame_services.h"
 
-namespace zbuffer {
+namespace zbuffer::primitives {
 namespace {
 
 constexpr std::int32_t direct_pixel_bytes = 4;
@@ -151,23 +151,4 @@ void put_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point
   }
 }
 
-void bind_depth_transfer(Software_Z_Buffer& renderer, Variant) {
-  bind<KT_Action::Get_Depth>(renderer, &get_depth);
-  bind<KT_Action::Put_Depth>(renderer, &put_depth);
-}
-
-void bind_color_services(Software_Z_Buffer& renderer, bool direct) {
-  bind<KT_Action::Clear_Color>(renderer, direct ? &clear_color_direct : &clear_color_mapped);
-  bind<KT_Action::Get_Image>(renderer, direct ? &get_image_direct : &get_image_mapped);
-}
-
-}  // namespace zbuffer
-
-// Here alone y up becomes the window's y down.
-void Software_Z_Buffer::update(const KT_Int_Rectangle& rectangle) {
-  const KT_DCI_Point start{rectangle.left, rectangle.top, 0};
-  const KT_DCI_Point end{rectangle.right, rectangle.bottom, 0};
-  const int target_x = device_origin.x + rectangle.left;
-  const int target_y = current_options.window_size().y + device_origin.y - rectangle.top - 1;
-  actions.call<KT_Action::Present_Image>(&start, &end, &color_image, target_x, target_y);
-}
+}  // namespace zbuffer::primitives

@@ -1,15 +1,27 @@
+// One triangle by one rectangle: each edge is cut for itself, then the edges and the rectangle's
+// corners are joined to a polygon. The side by which an edge left decides which corners come next.
 #include "module/raster/clipper.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
+#include "host/clip.h"
 #include "module/core/fixed_point.h"
 
 namespace zbuffer {
 namespace {
 
-// Codes of the four sides; 0 is a point that is not cut.
-enum Side : int { not_cut = 0, left_side = 1, top_side = 2, right_side = 4, bottom_side = 8 };
+// The side that cuts an edge is a bit of an outcode; 0 is an end that is not cut.
+using Side = unsigned;
+constexpr Side not_cut = 0;
+
+// The gradients of attributes and the values between two vertices are single precision, whatever
+// the compiler might keep in doubles.
+float to_single(double value) {
+  volatile float single = static_cast<float>(value);
+  return single;
+}
 
 struct Working_Vertex {
   double x, y, z;
@@ -28,14 +40,13 @@ std::uint8_t truncated_byte(double value) {
   return static_cast<std::uint8_t>(static_cast<int>(std::clamp(value, 0.0, 255.0)));
 }
 
-template <class Result, class Start>
-Result between(Start a, Start b, double t) {
-  return static_cast<Result>(a + (static_cast<double>(b) - a) * t);
+double between(double a, double b, double t) {
+  return a + (b - a) * t;
 }
 
 KT_RGB32 color_between(KT_RGB32 a, KT_RGB32 b, double t) {
   const auto channel = [t](std::uint8_t from, std::uint8_t to) {
-    return truncated_byte(between<double>(from, to, t));
+    return truncated_byte(between(from, to, t));
   };
   return {channel(a.blue, b.blue), channel(a.green, b.green), channel(a.red, b.red),
           channel(a.alpha, b.alpha)};
@@ -50,9 +61,9 @@ double perspective_share(double t, float w_a, float w_b) {
 void put_parameters_between(Working_Vertex& to, const Working_Vertex& a, const Working_Vertex& b,
                             double t) {
   for (std::size_t i = 0; i < 3; ++i) {
-    to.parameter[i] = between<float>(a.parameter[i], b.parameter[i], t);
+    to.parameter[i] = to_single(between(a.parameter[i], b.parameter[i], t));
   }
-  to.w = between<float>(a.w, b.w, t);
+  to.w = to_single(between(a.w, b.w, t));
 }
 
 struct Attributes {
@@ -64,8 +75,8 @@ struct Attributes {
 // One edge of the triangle, cut to the rectangle: its two ends and the sides that cut them.
 struct Clipped_Edge {
   Working_Vertex start, end;
-  int entry_code = not_cut;
-  int exit_code = not_cut;
+  Side entry_code = not_cut;
+  Side exit_code = not_cut;
 };
 
 class Edge_Clipper {
@@ -97,27 +108,27 @@ class Edge_Clipper {
   struct Cut {
     double t_in = 0;
     double t_out = 1;
-    int code_in = not_cut;
-    int code_out = not_cut;
+    Side code_in = not_cut;
+    Side code_out = not_cut;
   };
 
   bool find_cut(const Working_Vertex& a, const Working_Vertex& b, Cut& cut) const {
     // A cut in y wins over a nearly equal one in x: a corner counts as top or bottom.
-    return cut_axis<left_side, right_side>(a.x, b.x, bounds_.left, bounds_.right, cut) &&
-           cut_axis<bottom_side, top_side>(a.y, b.y, bounds_.bottom, bounds_.top, cut) &&
+    return cut_axis<beyond_left, beyond_right>(a.x, b.x, bounds_.left, bounds_.right, cut) &&
+           cut_axis<beyond_bottom, beyond_top>(a.y, b.y, bounds_.bottom, bounds_.top, cut) &&
            cut.t_in <= cut.t_out;
   }
 
   template <Side low_code, Side high_code>
   static bool cut_axis(double from, double to, double low, double high, Cut& cut) {
-    constexpr bool is_y = low_code == bottom_side;  // x has set its parameters before
+    constexpr bool is_y = low_code == beyond_bottom;  // x has set its parameters before
     const double d = to - from;
-    const auto enter = [&](double side, int code) {
-      const double t = (side - from) / d;
+    const auto enter = [&](double at, Side code) {
+      const double t = (at - from) / d;
       if (!is_y || t >= cut.t_in - epsilon) cut.t_in = t, cut.code_in = code;
     };
-    const auto leave = [&](double side, int code) {
-      const double t = (side - from) / d;
+    const auto leave = [&](double at, Side code) {
+      const double t = (at - from) / d;
       if (!is_y || cut.t_out + epsilon >= t) cut.t_out = t, cut.code_out = code;
     };
     if (d > 0) {
@@ -143,7 +154,7 @@ class Edge_Clipper {
   }
 
   Working_Vertex result(const Working_Vertex& a, const Working_Vertex& b, double t,
-                        int code) const {
+                        Side code) const {
     Working_Vertex made = t == 0.0 ? a : b;
     if (code != not_cut) put_on_side(made, a, b, t, code);
     made.z = a.z + (b.z - a.z) * t;
@@ -156,12 +167,12 @@ class Edge_Clipper {
   }
 
   void put_on_side(Working_Vertex& made, const Working_Vertex& a, const Working_Vertex& b, double t,
-                   int code) const {
-    if (code == left_side || code == right_side) {
-      made.x = code == left_side ? bounds_.left : bounds_.right;
+                   Side code) const {
+    if (code == beyond_left || code == beyond_right) {
+      made.x = code == beyond_left ? bounds_.left : bounds_.right;
       made.y = std::clamp(a.y + (b.y - a.y) * t, bounds_.bottom, bounds_.top);
     } else {
-      made.y = code == bottom_side ? bounds_.bottom : bounds_.top;
+      made.y = code == beyond_bottom ? bounds_.bottom : bounds_.top;
       made.x = std::clamp(a.x + (b.x - a.x) * t, bounds_.left, bounds_.right);
     }
   }
@@ -171,10 +182,9 @@ class Edge_Clipper {
 };
 
 // Change of an attribute along x and y over the plane of the triangle.
-template <class Number>
 struct Gradient {
-  Number dx = 0;
-  Number dy = 0;
+  double dx = 0;
+  double dy = 0;
 
   double at(double start, double x, double y) const { return start + x * dx + y * dy; }
 };
@@ -189,19 +199,19 @@ class Plane {
         c_(p_[1].y - p_[0].y),
         d_(p_[2].x - p_[0].x),
         attributes_(attributes),
-        z_(gradient<double>([](const Working_Vertex& v) { return v.z; })) {
+        z_(gradient([](const Working_Vertex& v) { return v.z; })) {
     if (attributes.colors) {
       for (int i = 0; i < 4; ++i) {
         color_[static_cast<std::size_t>(i)] =
-            gradient<float>([i](const Working_Vertex& v) { return channel(v.color, i); });
+            single_gradient([i](const Working_Vertex& v) { return channel(v.color, i); });
       }
     }
     if (attributes.parameters) {
       for (std::size_t i = 0; i < 3; ++i) {
-        parameter_[i] = gradient<float>(
+        parameter_[i] = single_gradient(
             [i](const Working_Vertex& v) { return static_cast<double>(v.parameter[i]); });
       }
-      w_ = gradient<float>([](const Working_Vertex& v) { return static_cast<double>(v.w); });
+      w_ = single_gradient([](const Working_Vertex& v) { return static_cast<double>(v.w); });
     }
   }
 
@@ -246,8 +256,8 @@ class Plane {
   static double channel(KT_RGB32 color, int i) { return (color.word() >> (8 * i)) & 255; }
 
   // A triangle that is a line takes each gradient from one edge.
-  template <class Number, class Value>
-  Gradient<Number> gradient(Value value) const {
+  template <class Value>
+  Gradient gradient(Value value) const {
     const double f1 = value(p_[1]) - value(p_[0]);
     const double f2 = value(p_[2]) - value(p_[0]);
     const double area = a_ * b_ - c_ * d_;
@@ -259,16 +269,22 @@ class Plane {
       dx = a_ != 0 ? f1 / a_ : d_ != 0 ? f2 / d_ : 0.0;
       dy = c_ != 0 ? f1 / c_ : b_ != 0 ? f2 / b_ : 0.0;
     }
-    return {static_cast<Number>(dx), static_cast<Number>(dy)};
+    return {dx, dy};
+  }
+
+  template <class Value>
+  Gradient single_gradient(Value value) const {
+    const Gradient exact = gradient(value);
+    return {to_single(exact.dx), to_single(exact.dy)};
   }
 
   // With perspective: along the row through the point, between the two edges that it crosses.
   void evaluate_parameters(Working_Vertex& to, double px, double py) const {
     if (attributes_.perspective && evaluate_along_row(to)) return;
     for (std::size_t i = 0; i < 3; ++i) {
-      to.parameter[i] = static_cast<float>(parameter_[i].at(p_[0].parameter[i], px, py));
+      to.parameter[i] = to_single(parameter_[i].at(p_[0].parameter[i], px, py));
     }
-    to.w = static_cast<float>(w_.at(p_[0].w, px, py));
+    to.w = to_single(w_.at(p_[0].w, px, py));
   }
 
   bool evaluate_along_row(Working_Vertex& to) const {
@@ -295,10 +311,10 @@ class Plane {
   // Differences from corner 0: of x and y to corner 1 (a, c) and to corner 2 (d, b).
   double a_, b_, c_, d_;
   Attributes attributes_;
-  Gradient<double> z_;
-  std::array<Gradient<float>, 4> color_{};
-  std::array<Gradient<float>, 3> parameter_{};
-  Gradient<float> w_{};
+  Gradient z_;
+  std::array<Gradient, 4> color_{};
+  std::array<Gradient, 3> parameter_{};
+  Gradient w_{};
 };
 
 // The polygon that is left, built edge by edge. It can overrun the eight vertices of a strip only
@@ -308,17 +324,17 @@ class Polygon {
   Polygon(const Bounds& bounds, const Plane& plane) : bounds_(bounds), plane_(plane) {}
 
   void append(const Working_Vertex& vertex) {
-    if (count_ < clipped_points_at_most) vertices_[static_cast<std::size_t>(count_)] = vertex;
+    if (count_ < Clipped_Strip::most_points) vertices_[static_cast<std::size_t>(count_)] = vertex;
     ++count_;
   }
 
   // Walks round the rectangle from side to side and appends the corner that ends each side left.
-  void append_corners(int from, int to) {
+  void append_corners(Side from, Side to) {
     if (from == not_cut || to == not_cut) return;
     while (from != to) {
       append_corner(from);
-      from = plane_.counterclockwise() ? (from == left_side ? bottom_side : from / 2)
-                                       : (from == bottom_side ? left_side : from * 2);
+      from = plane_.counterclockwise() ? (from == beyond_left ? beyond_bottom : from / 2)
+                                       : (from == beyond_bottom ? beyond_left : from * 2);
     }
   }
 
@@ -333,19 +349,19 @@ class Polygon {
   const Working_Vertex& operator[](int i) const { return vertices_[static_cast<std::size_t>(i)]; }
 
  private:
-  void append_corner(int side) {
+  void append_corner(Side side) {
     const bool turned = plane_.counterclockwise();
-    const bool at_left =
-        turned ? side == left_side || side == top_side : side == left_side || side == bottom_side;
-    const bool at_top =
-        turned ? side == right_side || side == top_side : side == left_side || side == top_side;
+    const bool at_left = turned ? side == beyond_left || side == beyond_top
+                                : side == beyond_left || side == beyond_bottom;
+    const bool at_top = turned ? side == beyond_right || side == beyond_top
+                               : side == beyond_left || side == beyond_top;
     append(
         plane_.at(at_left ? bounds_.left : bounds_.right, at_top ? bounds_.top : bounds_.bottom));
   }
 
   const Bounds& bounds_;
   const Plane& plane_;
-  std::array<Working_Vertex, clipped_points_at_most> vertices_;
+  std::array<Working_Vertex, Clipped_Strip::most_points> vertices_;
   int count_ = 0;
 };
 
@@ -353,8 +369,8 @@ class Polygon {
 // entry has to answer.
 void assemble(const std::array<Working_Vertex, 3>& corners, const Edge_Clipper& clipper,
               Polygon& polygon) {
-  int first_code = not_cut;
-  int pending = not_cut;
+  Side first_code = not_cut;
+  Side pending = not_cut;
   bool previous_visible = true;  // the first edge has none before it
   for (std::size_t i = 0; i < 3; ++i) {
     Clipped_Edge edge;
@@ -380,6 +396,33 @@ bool inside(const Working_Vertex& v, const Bounds& r) {
   return v.x >= r.left && v.x <= r.right && v.y >= r.bottom && v.y <= r.top;
 }
 
+Working_Vertex working_vertex(const Clip_Triangle& triangle, std::size_t i) {
+  const KT_DCI_Point& p = triangle.points[i];
+  Working_Vertex made{static_cast<double>(p.x),
+                      static_cast<double>(p.y),
+                      static_cast<double>(p.z),
+                      triangle.colors ? triangle.colors[i] : KT_RGB32{},
+                      {},
+                      triangle.w ? triangle.w[i] : 0};
+  if (triangle.parameters) {
+    const KT_Parameter& parameter =
+        triangle.parameters[static_cast<std::ptrdiff_t>(i) * triangle.parameter_width];
+    made.parameter = {parameter.s, parameter.t, parameter.r};
+  }
+  return made;
+}
+
+void put_point(Clipped_Strip& strip, int i, const Working_Vertex& from,
+               const Clip_Triangle& triangle) {
+  strip.points[i] = {rounded(from.x), rounded(from.y), rounded(from.z)};
+  if (triangle.colors) strip.colors[i] = from.color;
+  if (triangle.parameters) {
+    strip.parameters[i] = {from.parameter[0], from.parameter[1], from.parameter[2]};
+    strip.w[i] = from.w;
+  }
+  if (triangle.vectors) strip.vectors[i] = {};
+}
+
 // Position in the polygon of point `i` of the strip: from both ends in turn.
 int strip_place(int i, int count) {
   if (i == 0) return 0;
@@ -388,30 +431,12 @@ int strip_place(int i, int count) {
 
 }  // namespace
 
-void clip_triangle(const KT_Rendition& rendition, const KT_DCI_Point* points,
-                   const KT_RGB32* const (&colors)[3], const KT_Parameter* const (&parameters)[3],
-                   const float (&w)[3], const KT_Vector* const (&)[3],
-                   const KT_Int_Rectangle& rectangle, int& count, KT_DCI_Point* points_out,
-                   KT_RGB32* colors_out, KT_Parameter* parameters_out, KT_Vector* vectors_out,
-                   float* w_out) {
-  const Attributes attributes{
-      colors[2] != nullptr, parameters[0] != nullptr,
-      (rendition->misc_attributes->texture_options & KT_Misc_Attributes::perspective_bit) != 0};
+Clipped_Strip clipped(const Clip_Triangle& triangle, const KT_Int_Rectangle& rectangle) {
+  const Attributes attributes{triangle.colors != nullptr, triangle.parameters != nullptr,
+                              triangle.parameter_path == Parameter_Path::in_space};
   const Bounds bounds(rectangle);
   std::array<Working_Vertex, 3> corners;
-  for (std::size_t i = 0; i < 3; ++i) {
-    const KT_DCI_Point& p = points[i];
-    corners[i] = {static_cast<double>(p.x),
-                  static_cast<double>(p.y),
-                  static_cast<double>(p.z),
-                  attributes.colors ? *colors[i] : KT_RGB32{},
-                  {},
-                  0};
-    if (attributes.parameters) {
-      corners[i].parameter = {parameters[i]->s, parameters[i]->t, parameters[i]->r};
-      corners[i].w = w[i];
-    }
-  }
+  for (std::size_t i = 0; i < 3; ++i) corners[i] = working_vertex(triangle, i);
 
   const Plane plane(corners, attributes);
   Polygon polygon(bounds, plane);
@@ -427,17 +452,29 @@ void clip_triangle(const KT_Rendition& rendition, const KT_DCI_Point* points,
     }
   }
 
-  count = polygon.count() >= 3 && polygon.count() <= clipped_points_at_most ? polygon.count() : 0;
-  for (int i = 0; i < count; ++i) {
-    const Working_Vertex& from = polygon[as_strip ? i : strip_place(i, count)];
-    points_out[i] = {rounded(from.x), rounded(from.y), rounded(from.z)};
-    if (attributes.colors) colors_out[i] = from.color;
-    if (attributes.parameters) {
-      parameters_out[i] = {from.parameter[0], from.parameter[1], from.parameter[2]};
-      w_out[i] = from.w;
-    }
-    if (vectors_out) vectors_out[i] = {};
+  Clipped_Strip strip;
+  if (polygon.count() < 3 || polygon.count() > Clipped_Strip::most_points) return strip;
+  strip.count = polygon.count();
+  for (int i = 0; i < strip.count; ++i) {
+    put_point(strip, i, polygon[as_strip ? i : strip_place(i, strip.count)], triangle);
   }
+  return strip;
+}
+
+Clipped_Strip clipped_to_device_range(const Clip_Triangle& triangle) {
+  short codes[3];
+  KD_Clip(device_range, 3, triangle.points, codes);
+  if ((codes[0] | codes[1] | codes[2]) != 0) return clipped(triangle, device_range);
+  Clipped_Strip strip;
+  strip.count = 3;
+  std::copy_n(triangle.points, 3, strip.points);
+  if (triangle.colors) std::copy_n(triangle.colors, 3, strip.colors);
+  if (triangle.parameters) {
+    for (int i = 0; i < 3; ++i) {
+      strip.parameters[i] = triangle.parameters[i * triangle.parameter_width];
+    }
+  }
+  return strip;
 }
 
 }  // namespace zbuffer

@@ -12,13 +12,13 @@ constexpr bool nearly_equal(KT_RGB32 a, KT_RGB32 b) {
   return near(a.red, b.red) && near(a.green, b.green) && near(a.blue, b.blue);
 }
 
-/// The test of the scan routines: point 0 with both others.
-constexpr bool near_flat_in_scan(const KT_RGB32* colors) {
+/// The test of strips that lie inside: point 0 with both others.
+constexpr bool near_flat_inside(const KT_RGB32* colors) {
   return nearly_equal(colors[0], colors[1]) && nearly_equal(colors[0], colors[2]);
 }
 
 /// The test ahead of clipped triangles: neighbours in strip order. Not the same test.
-constexpr bool near_flat_when_clipped(const KT_RGB32* colors) {
+constexpr bool near_flat_clipped(const KT_RGB32* colors) {
   return nearly_equal(colors[0], colors[1]) && nearly_equal(colors[1], colors[2]);
 }
 

@@ -2,48 +2,27 @@
 #pragma once
 
 #include "module/core/fixed_point.h"
+#include "module/pixels/cursors.h"
 
 namespace zbuffer {
 
-/// The lanes of an edge from `first` on.
+/// Spans that work straight from the edges, without a division.
+enum class Short_Spans : std::uint8_t { none, one_and_two };
+
+/// The interpolants of an edge from `first` on.
 template <class Edge_Type, std::size_t first>
-class Lane_View {
+class Edge_View {
  public:
-  explicit Lane_View(const Edge_Type& edge) : edge_(edge) {}
-  Word operator[](std::size_t lane) const { return edge_[first + lane]; }
+  explicit Edge_View(const Edge_Type& edge) : edge_(edge) {}
+  Word operator[](std::size_t interpolant) const { return edge_[first + interpolant]; }
 
  private:
   const Edge_Type& edge_;
 };
 
-/// A value and its step from pixel to pixel.
-struct Stepped {
-  Word value;
-  Word step;
-
-  void advance() { value += step; }
-  void advance(std::int32_t count) { value += as_word(count) * step; }
-};
-
-/// Three channels on their way, as named values: an array would go through memory at every pixel.
-struct Stepped_Rgb {
-  Stepped red, green, blue;
-
-  void advance() {
-    red.advance();
-    green.advance();
-    blue.advance();
-  }
-  void advance(std::int32_t count) {
-    red.advance(count);
-    green.advance(count);
-    blue.advance(count);
-  }
-};
-
 /// What the general form of a span needs to start its values.
 struct Span_Start {
-  Step_Count pixels;     // of the whole span
+  Divisor pixels;        // of the whole span
   std::int32_t skipped;  // pixels of it that are cut off on the left
 
   template <class Run>

@@ -1,16 +1,15 @@
 // The walk: a triangle of whole-pixel corners becomes rows of spans. Every triangle of the
 // renderer goes through here.
 //
-// Buffer coordinates, y up. The corners are named in the order of the walk: `top` is where it
-// begins, at the lowest y, and `bottom` where it ends, at the highest.
+// Buffer coordinates, y up. The walk goes from the corner of the lowest row to that of the highest.
 //
-//        bottom               rows    top.y .. bottom.y - 1: the highest row is not drawn
+//         high                rows    low.y .. high.y - 1: the highest row is not drawn
 //          /|                 columns left .. right - 1, left and right being the whole parts of
 //    short/ | long                    the two edges: the right pixel is not drawn
 //       mid  |                shared edges run through the same values in both triangles, so that
 //         \  |                        neighbours neither overlap nor leave a gap
 //     short\ |
-//           top
+//           low
 //
 // Limits say which rows and columns may be visited; the span does the rest.
 #pragma once
@@ -77,12 +76,12 @@ struct Hard_Clip {
 
   Hard_Clip(const KT_Int_Rectangle& clip, KT_Int_XY origin)
       : left(wrapped_difference(clip.left, origin.x)),
-        right(behind(wrapped_difference(clip.right, origin.x))),
+        right(after(wrapped_difference(clip.right, origin.x))),
         bottom(wrapped_difference(clip.bottom, origin.y)),
-        top(behind(wrapped_difference(clip.top, origin.y))) {}
+        top(after(wrapped_difference(clip.top, origin.y))) {}
 
-  /// The place behind `last`; behind the last int there is none.
-  static std::int32_t behind(std::int32_t last) {
+  /// The place after `last`; after the last int there is none.
+  static std::int32_t after(std::int32_t last) {
     return last == std::numeric_limits<std::int32_t>::max() ? last : last + 1;
   }
 
@@ -100,11 +99,11 @@ struct Hard_Clip {
 };
 
 /// Visits `rows` between two edges, moving both on.
-template <class Kinds, class Limits, class Span>
-void walk_rows(Row_Range rows, Edge<Kinds>& long_edge, Edge<Kinds>& short_edge, bool short_is_right,
-               const Limits& limits, Span& span) {
-  Edge<Kinds>& left = short_is_right ? long_edge : short_edge;
-  Edge<Kinds>& right = short_is_right ? short_edge : long_edge;
+template <class Values, class Limits, class Span>
+void walk_rows(Row_Range rows, Edge<Values>& long_edge, Edge<Values>& short_edge,
+               bool short_is_right, const Limits& limits, Span& span) {
+  Edge<Values>& left = short_is_right ? long_edge : short_edge;
+  Edge<Values>& right = short_is_right ? short_edge : long_edge;
   for (std::int32_t y = rows.first; y < rows.first + rows.count; ++y) {
     const auto run = limits.run(left.x(), right.x());
     if (run.count > 0 && limits.visits(y)) span(y, run, left, right);
@@ -113,24 +112,24 @@ void walk_rows(Row_Range rows, Edge<Kinds>& long_edge, Edge<Kinds>& short_edge, 
   }
 }
 
-template <class Kinds, class Limits, class Span>
-void walk_triangle(const Sorted<Kinds>& corners, const Limits& limits, Span& span) {
-  const auto& [top, mid, bottom] = corners;
-  const Row_Range all = limits.rows(top.y, bottom.y);
+template <class Values, class Limits, class Span>
+void walk_triangle(const Sorted<Values>& corners, const Limits& limits, Span& span) {
+  const auto& [low, mid, high] = corners;
+  const Row_Range all = limits.rows(low.y, high.y);
   if (all.count < 1) return;
-  Edge<Kinds> long_edge(top, bottom);
-  long_edge.move(all.first - top.y);
+  Edge<Values> long_edge(low, high);
+  long_edge.move(all.first - low.y);
 
-  // From `top` to `mid`: the steps say which edge is right; with equal steps the short one is left.
-  if (const Row_Range rows = limits.rows(top.y, mid.y); rows.count > 0) {
-    Edge<Kinds> short_edge(top, mid);
-    short_edge.move(rows.first - top.y);
+  // From `low` to `mid` the steps say which edge is right; with equal steps the short one is left.
+  if (const Row_Range rows = limits.rows(low.y, mid.y); rows.count > 0) {
+    Edge<Values> short_edge(low, mid);
+    short_edge.move(rows.first - low.y);
     walk_rows(rows, long_edge, short_edge, short_edge.x_step() > long_edge.x_step(), limits, span);
   }
-  // From `mid` to `bottom`: the positions do, and the short edge is right where they are equal. The
-  // long edge goes on from where the upper part left it.
-  if (const Row_Range rows = limits.rows(mid.y, bottom.y); rows.count > 0) {
-    Edge<Kinds> short_edge(mid, bottom);
+  // From `mid` to `high` the positions do, and the short edge is right where they are equal. The
+  // long edge goes on from where the lower part left it.
+  if (const Row_Range rows = limits.rows(mid.y, high.y); rows.count > 0) {
+    Edge<Values> short_edge(mid, high);
     short_edge.move(rows.first - mid.y);
     walk_rows(rows, long_edge, short_edge, as_signed(short_edge.x()) >= as_signed(long_edge.x()),
               limits, span);

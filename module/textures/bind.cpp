@@ -1,19 +1,25 @@
-// Puts a set's routines behind the textured polytriangle actions.
+// Four actions, by layer.
+#include "module/textures/bind.h"
 
-#include "module/bindings.h"
-#include "module/textures/routines.h"
+#include "module/core/bind.h"
+#include "module/textures/entry.h"
 
-namespace zbuffer {
-
-namespace textures {
+namespace zbuffer::textures {
 namespace {
 
 template <Set set, Layer layer, class Point>
 void draw_action(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                  const Point* points, const KT_RGB32* colors, const KT_Parameter* parameters,
                  int parameter_width, const float* extra_floats, const KT_Vector* vectors) {
-  enter<set, layer>(Strip_Of<Point>{renderer_of(object), rendition, count, points, colors,
-                                    parameters, parameter_width, extra_floats, vectors});
+  Software_Z_Buffer& renderer = renderer_of(object);
+  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, count);
+  Strip_Call strip{{renderer, rendition, held}, count, nullptr, nullptr, colors};
+  if constexpr (std::is_same_v<Point, KT_Point>) {
+    strip.floats = points;
+  } else {
+    strip.points = points;
+  }
+  enter({set, layer}, {strip, parameters, parameter_width, extra_floats, vectors});
 }
 
 template <Set set>
@@ -27,20 +33,12 @@ void bind_set(Software_Z_Buffer& renderer) {
 }
 
 }  // namespace
-}  // namespace textures
 
-// Variants without depth have no textured routines and do not come here.
 void bind_textured_polytriangles(Software_Z_Buffer& renderer, Variant variant) {
-  using namespace textures;
-  if (variant == Variant::rgb_z) {
-    bind_set<Set::rgb_z>(renderer);
-  } else if (variant == Variant::rgb_alpha_z) {
-    bind_set<Set::rgb_alpha_z>(renderer);
-  } else if (renderer.current_options.alpha_blending()) {
-    bind_set<Set::cut_out>(renderer);
-  } else {
-    bind_set<Set::mapped_z>(renderer);
-  }
+  if (variant == Variant::rgb_z) return bind_set<Set::rgb_z>(renderer);
+  if (variant == Variant::rgb_alpha_z) return bind_set<Set::rgb_alpha_z>(renderer);
+  if (renderer.current_options.alpha_blending()) return bind_set<Set::cut_out>(renderer);
+  bind_set<Set::mapped_z>(renderer);
 }
 
-}  // namespace zbuffer
+}  // namespace zbuffer::textures

@@ -1,8 +1,9 @@
+// The light of corners, and the scan of lit strips.
 #include "module/textures/lit.h"
 
 #include <optional>
 
-#include "module/textures/routines.h"
+#include "module/textures/scans.h"
 #include "module/textures/setup.h"
 #include "module/textures/spans.h"
 
@@ -51,14 +52,14 @@ void Lights::shade(const KT_Vector* const (&vectors)[3], Corner_Light (&lights)[
 
 namespace {
 
-constexpr Member lit_member{Set::mapped_z, Road::lit, Form::scan};
-using Corner = Vertex<Light_Lanes>;
-using Lit_Dress = Dress<Light_Tint, Lit_Ink>;
+constexpr Member lit_member{Set::mapped_z, Texturing::lit, Path::inside};
+using Corner = Vertex<Light_Interpolants>;
+using Lit_Paint = Paint<Light_Modulation, Lit_Dither_Blend>;
 
-/// Turns the light of a corner into lanes: 65536ths of a cube step a texel value.
+/// Turns the light of a corner into interpolants: 65536ths of a cube step a texel value.
 class Corner_Lighting {
  public:
-  Corner_Lighting(const Strip& strip, bool with_colors)
+  Corner_Lighting(const Textured_Call& strip, bool with_colors)
       : scale_(Cube(strip.renderer.color_cube).scale),
         colors_(with_colors ? strip.colors : nullptr) {}
 
@@ -68,7 +69,7 @@ class Corner_Lighting {
     for (std::size_t channel = 0; channel < 3; ++channel) {
       const float full = static_cast<float>(scales[channel]) * 255.0f;
       const float lit = strength(i, channel, scales[channel], full) * light.diffuse[channel];
-      corner.value[first_channel_lane + channel] = truncated(static_cast<double>(lit));
+      corner.value[first_channel + channel] = truncated(static_cast<double>(lit));
       corner.specular[channel] = full * light.specular[channel];
     }
   }
@@ -84,17 +85,18 @@ class Corner_Lighting {
   const KT_RGB32* colors_;
 };
 
-template <class Cover>
-void draw_lit(const Strip& strip, const Held_Texture& held, const Cover& cover) {
+template <class Bits>
+void draw_lit(const Textured_Call& strip, const Held_Texture& held, const Bits& bits) {
   const Frame frame(strip.renderer);
-  const Lit_Dress dress{held.texture(),
-                        {},
-                        Lit_Ink(Cube(strip.renderer.color_cube),
-                                static_cast<std::uint8_t>(strip.material().contrast_index))};
+  const Lit_Paint paint{
+      held.sampler(),
+      {},
+      Lit_Dither_Blend(Cube(strip.renderer.color_cube),
+                       static_cast<std::uint8_t>(strip.material().contrast_index))};
   const Corner_Setup setup(strip, *held.image);
   const Corner_Lighting lighting(strip, held.source->modulate != 0);
   const Point_List list(strip);
-  Span<lit_member, Cover, Lit_Dress> span(frame, cover, dress);
+  Span<lit_member, Bits, Lit_Paint> span(frame, bits, paint);
   std::optional<Lights> lights;  // made for the first triangle of some height
   for (int first = 0; first + 2 < list.count; ++first) {
     std::array<Corner, 3> corners;
@@ -102,9 +104,9 @@ void draw_lit(const Strip& strip, const Held_Texture& held, const Cover& cover) 
       setup.put_geometry(corners[static_cast<std::size_t>(i)], list, first + i);
     }
     const Corner_Order order = order_by_row(corners[0].y, corners[1].y, corners[2].y);
-    if (corners[order.bottom].y - corners[order.top].y < 1) continue;
+    if (corners[order.high].y - corners[order.low].y < 1) continue;
     if (!lights) lights.emplace(strip.rendition);
-    const int by_row[3] = {order.top, order.mid, order.bottom};
+    const int by_row[3] = {order.low, order.mid, order.high};
     const KT_Vector* const vectors = strip.vectors + first;
     Corner_Light answers[3];
     lights->shade({vectors + by_row[0], vectors + by_row[1], vectors + by_row[2]}, answers);
@@ -117,14 +119,14 @@ void draw_lit(const Strip& strip, const Held_Texture& held, const Cover& cover) 
 
 }  // namespace
 
-void scan_lit(const Strip& strip) {
+void draw_lit_inside(const Textured_Call& strip) {
   if (strip.count < 3 || draws_nothing(strip.rendition)) return;
   const Held_Texture held(strip.rendition);
   if (!held.usable() || (held.source->modulate != 0 && !strip.colors)) return;
   if (is_solid(strip.rendition)) {
-    draw_lit(strip, held, Solid_Cover{});
+    draw_lit(strip, held, Solid_Bits{});
   } else {
-    draw_lit(strip, held, Pattern_Cover(strip.rendition));
+    draw_lit(strip, held, Stipple_Bits(strip.rendition));
   }
 }
 

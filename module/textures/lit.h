@@ -6,7 +6,7 @@
 #pragma once
 
 #include "host/rendition.h"
-#include "module/textures/inks.h"
+#include "module/textures/blends.h"
 
 namespace zbuffer::textures {
 
@@ -29,9 +29,10 @@ class Lights {
   KT_Rendition specular_;
 };
 
-/// Lanes of a lit edge: diffuse channels behind the geometry, and specular ones as floats.
-struct Light_Lanes {
-  using Words = Joined<Geometry_Lanes, Lanes<Byte_Lane, Byte_Lane, Byte_Lane>>;
+/// Interpolants of a lit edge: diffuse channels behind the geometry, and specular ones as floats.
+struct Light_Interpolants {
+  using Words = Joined<Geometry_Interpolants,
+                       Interpolants<Byte_Interpolant, Byte_Interpolant, Byte_Interpolant>>;
   static constexpr std::size_t count = Words::count;
 };
 
@@ -40,15 +41,15 @@ struct Light_Lanes {
 namespace zbuffer {
 
 template <>
-struct Vertex<textures::Light_Lanes> : Vertex<textures::Light_Lanes::Words> {
+struct Vertex<textures::Light_Interpolants> : Vertex<textures::Light_Interpolants::Words> {
   std::array<float, 3> specular;
 };
 
 template <>
-class Edge<textures::Light_Lanes> : public Edge<textures::Light_Lanes::Words> {
+class Edge<textures::Light_Interpolants> : public Edge<textures::Light_Interpolants::Words> {
  public:
-  using Words = Edge<textures::Light_Lanes::Words>;
-  using Corner = Vertex<textures::Light_Lanes>;
+  using Words = Edge<textures::Light_Interpolants::Words>;
+  using Corner = Vertex<textures::Light_Interpolants>;
 
   Edge(const Corner& from, const Corner& to) : Words(from, to), specular_(from.specular) {
     const std::int32_t rows = to.y - from.y;
@@ -78,9 +79,9 @@ struct Light_Factors {
   Cube_Factors<Quad> specular;
 };
 
-/// Light as a tint: sums in words along the span, both parts.
-struct Light_Tint {
-  struct Running {
+/// Light as a modulation: sums in words along the span, both parts.
+struct Light_Modulation {
+  struct Cursor {
     Quad_Line diffuse[3];
     Quad_Line specular[3];
 
@@ -91,9 +92,9 @@ struct Light_Tint {
   };
 
   template <class Edge_Type>
-  Running begin(const Span_Start& start, const Edge_Type& left, const Edge_Type& right) const {
+  Cursor begin(const Span_Start& start, const Edge_Type& left, const Edge_Type& right) const {
     const auto diffuse = [&](std::size_t i) {
-      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
+      return between_edges(start, left[first_channel + i], right[first_channel + i]);
     };
     const auto whole = [](float value) { return as_word(truncated(static_cast<double>(value))); };
     const auto specular = [&](std::size_t i) {
@@ -105,13 +106,13 @@ struct Light_Tint {
 
 /// The dithered index with light, which may go beyond full and below nothing: each channel is held
 /// within the cube.
-class Lit_Ink : public Index_Ink {
+class Lit_Dither_Blend : public Dither_Blend {
  public:
-  Lit_Ink(const Cube& cube, std::uint8_t contrast) : Index_Ink(cube, contrast) {}
+  Lit_Dither_Blend(const Cube& cube, std::uint8_t contrast) : Dither_Blend(cube, contrast) {}
 
-  class Row : public Index_Ink::Row {
+  class Row : public Dither_Blend::Row {
    public:
-    using Index_Ink::Row::Row;
+    using Dither_Blend::Row::Row;
 
     Made<Quad> make(Quad texels, const Light_Factors& light, Quad, const Pixel* to) const {
       const Quad dither = thresholds(to);

@@ -1,12 +1,13 @@
-// The textured routines of `Mapped_Z`, with and without cut-out.
-
-#include "module/textures/entry.h"
+// The textured scans of `Mapped_Z`, with and without transparency.
+#include "module/textures/scan.h"
 
 namespace zbuffer::textures {
 
-ZBUFFER_TEXTURED_SET(, Set::mapped_z)
-ZBUFFER_TEXTURED_SET(, Set::cut_out)
-template void draw<Set::mapped_z, Road::lit, Layer::float_inside>(const Float_Strip&);
-template void draw<Set::mapped_z, Road::lit, Layer::int_inside>(const Strip&);
+constinit const Scans scans_mapped_z = [] {
+  Scans made = scans<Set::mapped_z>();
+  made.inside[static_cast<std::size_t>(Texturing::lit)] = draw_lit_inside;
+  return made;
+}();
+constinit const Scans scans_cut_out = scans<Set::cut_out>();
 
 }  // namespace zbuffer::textures

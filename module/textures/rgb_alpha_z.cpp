@@ -1,9 +1,8 @@
-// The textured routines of `RGB_Alpha_Z`.
-
-#include "module/textures/entry.h"
+// The textured scans of `RGB_Alpha_Z`.
+#include "module/textures/scan.h"
 
 namespace zbuffer::textures {
 
-ZBUFFER_TEXTURED_SET(, Set::rgb_alpha_z)
+constinit const Scans scans_rgb_alpha_z = scans<Set::rgb_alpha_z>();
 
 }  // namespace zbuffer::textures

@@ -1,9 +1,8 @@
-// The textured routines of `RGB_Z`.
-
-#include "module/textures/entry.h"
+// The textured scans of `RGB_Z`.
+#include "module/textures/scan.h"
 
 namespace zbuffer::textures {
 
-ZBUFFER_TEXTURED_SET(, Set::rgb_z)
+constinit const Scans scans_rgb_z = scans<Set::rgb_z>();
 
 }  // namespace zbuffer::textures

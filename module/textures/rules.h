@@ -1,23 +1,32 @@
 // Every rule by which like members of the textured family differ, as tables.
 //
-// A member is a routine by set, road and form. The family has one set a variant with depth, and
+// A member is a scan by set, texturing and path. The family has one set a variant with depth, and
 // two for `Mapped_Z`: one for each answer to `alpha_blending()`.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <initializer_list>
-
-#include "module/core/rule_table.h"
-#include "module/triangles/rules.h"
+#include "module/core/entry_steps.h"
+#include "module/raster/span_start.h"
 
 namespace zbuffer::textures {
 
 enum class Set : std::uint8_t { mapped_z, cut_out, rgb_z, rgb_alpha_z };
-enum class Road : std::uint8_t { plain, modulated, lit };
-enum class Form : std::uint8_t { scan, clipped };
-/// The rows of a triangle up to the middle corner, and those from it on.
-enum class Half : std::uint8_t { upper, lower };
+/// What the texture does with the colours, once the call has found out.
+enum class Texturing : std::uint8_t { undecided, plain, modulated, lit };
+/// The rows of a triangle below the middle corner, and those from it on.
+enum class Half : std::uint8_t { low, high };
+
+}  // namespace zbuffer::textures
+
+namespace zbuffer {
+template <>
+inline constexpr std::size_t value_count<textures::Set> = 4;
+template <>
+inline constexpr std::size_t value_count<textures::Texturing> = 4;
+template <>
+inline constexpr std::size_t value_count<textures::Half> = 2;
+}  // namespace zbuffer
+
+namespace zbuffer::textures {
 
 constexpr bool is_indexed(Set set) {
   return set == Set::mapped_z || set == Set::cut_out;
@@ -25,23 +34,39 @@ constexpr bool is_indexed(Set set) {
 
 struct Member {
   Set set;
-  Road road;
-  Form form;
+  Texturing texturing;
+  Path path;
+
+  constexpr auto properties() const { return std::tuple(set, texturing, path); }
+};
+using Where = Members<Set, Texturing, Path>;
+
+/// The two-pixel spans of one half of a member's triangles.
+struct Half_Member {
+  Set set;
+  Texturing texturing;
+  Half half;
+
+  constexpr auto properties() const { return std::tuple(set, texturing, half); }
 };
 
-struct Where {
-  Any<Set> set{};
-  Any<Road> road{};
-  Any<Form> form{};
+/// A routine of the family: an action, as long as the texturing is undecided, or a layer below it.
+struct Textured_Routine {
+  Set set;
+  Layer layer;
+  Texturing texturing = Texturing::undecided;
 
-  constexpr bool covers(Member m) const {
-    return set.has(m.set) && road.has(m.road) && form.has(m.form);
-  }
+  constexpr auto properties() const { return std::tuple(set, layer, texturing); }
+
+  constexpr Textured_Routine at(Layer other) const { return {set, other, texturing}; }
+  constexpr Textured_Routine in(Set other) const { return {other, layer, texturing}; }
+  constexpr Textured_Routine with(Texturing other) const { return {set, layer, other}; }
 };
+using Textured_Routines = Members<Set, Layer, Texturing>;
 
 /// What becomes of a pixel whose texel, or whose product with the colours, has an alpha of 0.
 enum class Transparent : std::uint8_t {
-  ordinary,    // alpha is not looked at
+  ordinary,    // alpha has no part in it
   dropped,     // neither colour nor depth is written
   keeps_color  // the colour stays and the depth is written all the same
 };
@@ -54,9 +79,6 @@ enum class Channel_Scale : std::uint8_t {
   byte_257   // byte * 257 + 1: full is 1
 };
 
-/// Whether spans of one and two pixels work straight from the edges.
-enum class Short_Spans : std::uint8_t { none, one_and_two };
-
 /// Where the second pixel of a two-pixel span takes its line of the image from.
 enum class Line_From : std::uint8_t { left, mean };
 
@@ -64,8 +86,9 @@ enum class Line_From : std::uint8_t { left, mean };
 enum class Depth_From : std::uint8_t {
   left,
   mean,
-  left_or_mean,    // the left edge's for an alpha of 255, the mean for a blended pixel
-  left_or_running  // the left edge's for an alpha of 255, the running depth for a blended pixel
+  left_or_mean,   // the left edge's for an alpha of 255, the mean for a blended pixel
+  left_or_latest  // the left edge's for an alpha of 255, for a blended pixel the latest depth that
+                  // a span of two or more pixels ended with
 };
 
 struct Two_Pixel_Rule {
@@ -74,150 +97,75 @@ struct Two_Pixel_Rule {
   Depth_From first_depth;
 };
 
-struct Half_Of_Member {
-  Set set;
-  Road road;
-  Half half;
-};
-
-struct Where_Half {
-  Any<Set> set{};
-  Any<Road> road{};
-  Any<Half> half{};
-
-  constexpr bool covers(Half_Of_Member m) const {
-    return set.has(m.set) && road.has(m.road) && half.has(m.half);
-  }
-};
+/// What an action does with a primitive that asks for light.
+enum class Light_Rule : std::uint8_t { standard, lit };
+/// Whether a missing list of colours makes a modulated primitive a plain one.
+enum class Colors_Rule : std::uint8_t { trusted, tested };
 
 namespace rules {
 
 using enum Set;
-using enum Road;
-using enum Form;
+using enum Texturing;
+using enum Path;
 using enum Half;
+using enum Layer;
 
-template <class Rule>
-using Row = Rule_Row<Where, Rule>;
+inline constexpr Any<Set> indexed = mapped_z | cut_out;
+inline constexpr Any<Set> direct = rgb_z | rgb_alpha_z;
+inline constexpr Any<Texturing> decided = plain | modulated | lit;
+inline constexpr Any<Layer> inside_layers = float_inside | int_inside;
 
-inline constexpr Row<Transparent> transparent_rules[] = {
-    {{.set = {mapped_z, rgb_z}}, Transparent::ordinary},
-    {{.set = cut_out}, Transparent::dropped},
-    {{.set = rgb_alpha_z, .form = scan}, Transparent::dropped},
-    // At the hard clip depth goes in before alpha is looked at.
-    {{.set = rgb_alpha_z, .form = clipped}, Transparent::keeps_color},
-};
+// At the hard clip `RGB_Alpha_Z` writes depth before it looks at alpha.
+inline constexpr auto transparent =
+    rule_table<Where>(Transparent::ordinary, {{{cut_out}, Transparent::dropped},
+                                              {{rgb_alpha_z, inside}, Transparent::dropped},
+                                              {{rgb_alpha_z, clipped}, Transparent::keeps_color}});
 
-inline constexpr Row<Channel_Scale> channel_scales[] = {
-    {{.road = plain}, Channel_Scale::none},
-    {{.road = lit}, Channel_Scale::none},
-    {{.set = {mapped_z, cut_out}, .road = modulated}, Channel_Scale::cube},
-    {{.set = rgb_z, .road = modulated}, Channel_Scale::byte_256},
-    {{.set = rgb_alpha_z, .road = modulated, .form = scan}, Channel_Scale::byte_257},
-    // An opaque texel and a white vertex make 254 here, which is blended.
-    {{.set = rgb_alpha_z, .road = modulated, .form = clipped}, Channel_Scale::byte_256},
-};
+// An opaque texel and a white vertex make 254 at the hard clip of `RGB_Alpha_Z`, which is blended.
+inline constexpr auto channel_scale = rule_table<Where>(
+    Channel_Scale::none, {{{indexed, modulated}, Channel_Scale::cube},
+                          {{rgb_z, modulated}, Channel_Scale::byte_256},
+                          {{rgb_alpha_z, modulated, inside}, Channel_Scale::byte_257},
+                          {{rgb_alpha_z, modulated, clipped}, Channel_Scale::byte_256}});
 
-inline constexpr Row<Short_Spans> short_span_rules[] = {
-    {{.set = {mapped_z, cut_out}}, Short_Spans::none},
-    {{.set = {rgb_z, rgb_alpha_z}, .form = scan}, Short_Spans::one_and_two},
-    {{.set = {rgb_z, rgb_alpha_z}, .form = clipped}, Short_Spans::none},
-};
+inline constexpr auto short_spans =
+    rule_table<Where>(Short_Spans::none, {{{direct, inside}, Short_Spans::one_and_two}});
 
 // The column of the second pixel is always that of the means, its tests always take the means.
-inline constexpr Line_From left_line = Line_From::left;
-inline constexpr Line_From mean_line = Line_From::mean;
-inline constexpr Depth_From left_depth = Depth_From::left;
-inline constexpr Depth_From mean_depth = Depth_From::mean;
-inline constexpr Rule_Row<Where_Half, Two_Pixel_Rule> two_pixel_rules[] = {
-    // Plain members take the line from the left edge in the upper half, `RGB_Z` the depth too.
-    {{rgb_z, plain, upper}, {left_line, left_depth, left_depth}},
-    {{rgb_z, plain, lower}, {mean_line, mean_depth, left_depth}},
-    {{rgb_z, modulated, {}}, {mean_line, mean_depth, left_depth}},
-    {{rgb_alpha_z, plain, upper}, {left_line, mean_depth, left_depth}},
-    {{rgb_alpha_z, plain, lower}, {mean_line, mean_depth, left_depth}},
-    // Blended pixels store what the latest wider span left, opaque ones the left edge's depth.
-    {{rgb_alpha_z, modulated, {}},
-     {mean_line, Depth_From::left_or_mean, Depth_From::left_or_running}},
-};
+// Plain members take the line from the left edge in the low half, `RGB_Z` the depth too.
+inline constexpr auto two_pixels = rule_table<Members<Set, Texturing, Half>>(
+    Two_Pixel_Rule{Line_From::mean, Depth_From::mean, Depth_From::left},
+    {{{rgb_z, plain, low}, {Line_From::left, Depth_From::left, Depth_From::left}},
+     {{rgb_alpha_z, plain, low}, {Line_From::left, Depth_From::mean, Depth_From::left}},
+     {{rgb_alpha_z, modulated},
+      {Line_From::mean, Depth_From::left_or_mean, Depth_From::left_or_latest}}});
+
+// Rules of routines.
+
+inline constexpr auto light = rule_table<Textured_Routines>(
+    Light_Rule::standard, {{{mapped_z, inside_layers}, Light_Rule::lit}});
+
+inline constexpr auto colors = rule_table<Textured_Routines>(
+    Colors_Rule::trusted, {{{rgb_alpha_z, inside_layers}, Colors_Rule::tested}});
+
+using enum Entry_Step;
+inline constexpr auto entry_steps = rule_table<Textured_Routines>(
+    Entry_Steps{},
+    {
+        // Actions.
+        {{rgb_z, undecided}, {edges, blending}},
+        {{rgb_alpha_z, inside_layers, undecided}, {edges}},
+
+        // Layers below them.
+        {{indexed, int_any, decided}, {nothing_to_draw, depth_off_standard}},
+        {{rgb_z, inside_layers, decided}, {blending}},
+        {{rgb_z, int_any, decided}, {nothing_to_draw}},
+        {{rgb_alpha_z, int_any, plain}, {nothing_to_draw}},  // filled where edges are asked for
+        {{rgb_alpha_z, int_any, modulated}, {edges, nothing_to_draw}},
+    });
 
 }  // namespace rules
 
-// Heads: the tests in front of an action or of a layer below it, in order; the first that holds
-// takes the call elsewhere.
-enum class Step : std::uint8_t {
-  none,
-  edge_bit,   // edges asked for: the strip is drawn as lines
-  alpha_bit,  // blending asked for: the same action or layer of `RGB_Alpha_Z`
-  ready,      // no image, or fewer than two points: nothing
-  depth       // depth is not enabled: the general routine, without floats and vectors
-};
-
-using Head = std::array<Step, 2>;
-
-/// An action, by set and layer, or a layer of a road below it.
-struct Place {
-  Set set;
-  Layer layer;
-  Road road{};
-};
-
-struct Where_Place {
-  Any<Set> set{};
-  Any<Layer> layer{};
-  Any<Road> road{};
-
-  constexpr bool covers(Place p) const {
-    return set.has(p.set) && layer.has(p.layer) && road.has(p.road);
-  }
-};
-
-/// What the gate does with a primitive that asks for light.
-enum class Light_Rule : std::uint8_t { standard, lit_road };
-/// Whether a missing list of colours leads to the plain road.
-enum class Colors_Rule : std::uint8_t { trusted, tested };
-
-struct Gate_Rule {
-  Light_Rule light;
-  Colors_Rule colors;
-};
-
-namespace rules {
-
-using enum Layer;
-using enum Step;
-
-inline constexpr Any<Set> indexed_sets = {mapped_z, cut_out};
-inline constexpr Any<Layer> any_layers = {float_any, int_any};           // 2D, 2DI
-inline constexpr Any<Layer> inside_layers = {float_inside, int_inside};  // DC, DCI
-
-inline constexpr Rule_Row<Where_Place, Head> action_heads[] = {
-    {{.set = indexed_sets}, {}},
-    {{.set = rgb_z}, {edge_bit, alpha_bit}},
-    {{.set = rgb_alpha_z, .layer = inside_layers}, {edge_bit}},
-    {{.set = rgb_alpha_z, .layer = any_layers}, {}},
-};
-
-inline constexpr Rule_Row<Where_Place, Head> layer_heads[] = {
-    {{.set = indexed_sets, .layer = int_any}, {ready, depth}},
-    {{.set = indexed_sets, .layer = {float_any, float_inside, int_inside}}, {}},
-    {{.set = rgb_z, .layer = inside_layers}, {alpha_bit}},
-    {{.set = rgb_z, .layer = int_any}, {ready}},
-    {{.set = rgb_z, .layer = float_any}, {}},
-    // The plain layer does not ask for edges: such a strip is drawn filled.
-    {{.set = rgb_alpha_z, .layer = int_any, .road = plain}, {ready}},
-    {{.set = rgb_alpha_z, .layer = int_any, .road = modulated}, {edge_bit, ready}},
-    {{.set = rgb_alpha_z, .layer = {float_any, float_inside, int_inside}}, {}},
-};
-
-inline constexpr Rule_Row<Where_Place, Gate_Rule> gate_rules[] = {
-    {{.set = mapped_z, .layer = inside_layers}, {Light_Rule::lit_road, Colors_Rule::trusted}},
-    {{.set = mapped_z, .layer = any_layers}, {Light_Rule::standard, Colors_Rule::trusted}},
-    {{.set = {cut_out, rgb_z}}, {Light_Rule::standard, Colors_Rule::trusted}},
-    {{.set = rgb_alpha_z, .layer = inside_layers}, {Light_Rule::standard, Colors_Rule::tested}},
-    {{.set = rgb_alpha_z, .layer = any_layers}, {Light_Rule::standard, Colors_Rule::trusted}},
-};
-
-}  // namespace rules
+inline constexpr auto entry_steps = rules::entry_steps.all();
 
 }  // namespace zbuffer::textures

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "module/raster/clipper.h"
-#include "module/textures/routines.h"
+#include "module/textures/scans.h"
 #include "module/textures/setup.h"
 #include "module/textures/spans.h"
 
@@ -12,54 +12,55 @@ namespace zbuffer::textures {
 namespace scan_detail {
 
 template <Member member>
-auto make_tint(const Software_Z_Buffer& renderer) {
-  constexpr Channel_Scale scale = the_rule(rules::channel_scales, member);
-  constexpr Tint_Alpha alpha =
-      member.set == Set::rgb_alpha_z ? Tint_Alpha::carried : Tint_Alpha::none;
+auto make_modulation(const Software_Z_Buffer& renderer) {
+  constexpr Channel_Scale scale = rules::channel_scale(member);
+  constexpr Modulation_Alpha alpha =
+      member.set == Set::rgb_alpha_z ? Modulation_Alpha::carried : Modulation_Alpha::none;
   if constexpr (scale == Channel_Scale::cube) {
-    return Cube_Tint{Cube(renderer.color_cube)};
+    return Cube_Modulation{Cube(renderer.color_cube)};
   } else if constexpr (scale == Channel_Scale::byte_256) {
-    return Direct_Tint<Byte_Lane, alpha>{};
+    return Direct_Modulation<Byte_Interpolant, alpha>{};
   } else if constexpr (scale == Channel_Scale::byte_257) {
-    return Direct_Tint<Wide_Lane, alpha>{};
+    return Direct_Modulation<Wide_Interpolant, alpha>{};
   } else if constexpr (is_indexed(member.set)) {
-    return Full_Cube_Tint(Cube(renderer.color_cube));
+    return Full_Cube_Modulation(Cube(renderer.color_cube));
   } else {
-    return No_Tint{};
+    return No_Modulation{};
   }
 }
 
 template <Member member>
-auto make_ink(const Strip& strip) {
+auto make_blend(const Textured_Call& strip) {
   const KT_Material& material = strip.material();
-  constexpr bool modulated = member.road == Road::modulated;
+  constexpr bool modulated = member.texturing == Texturing::modulated;
   if constexpr (is_indexed(member.set)) {
-    return Index_Ink(Cube(strip.renderer.color_cube),
-                     static_cast<std::uint8_t>(material.contrast_index));
+    return Dither_Blend(Cube(strip.renderer.color_cube),
+                        static_cast<std::uint8_t>(material.contrast_index));
   } else if constexpr (member.set == Set::rgb_z) {
-    return std::conditional_t<modulated, Modulated_Ink, Copy_Ink>(material.contrast_color);
+    return std::conditional_t<modulated, Modulated_Copy_Blend, Copy_Blend>(material.contrast_color);
   } else {
-    return std::conditional_t<modulated, Modulated_Blended_Ink, Blended_Ink>(
+    return std::conditional_t<modulated, Modulated_Alpha_Blend, Alpha_Blend>(
         material.contrast_color);
   }
 }
 
 template <Member member>
-auto make_dress(const Strip& strip, const Texture& texture) {
-  using Tint = decltype(make_tint<member>(strip.renderer));
-  using Ink = decltype(make_ink<member>(strip));
-  return Dress<Tint, Ink>{texture, make_tint<member>(strip.renderer), make_ink<member>(strip)};
+auto make_paint(const Textured_Call& strip, const Sampler& sampler) {
+  using Modulation = decltype(make_modulation<member>(strip.renderer));
+  using Blend = decltype(make_blend<member>(strip));
+  return Paint<Modulation, Blend>{sampler, make_modulation<member>(strip.renderer),
+                                  make_blend<member>(strip)};
 }
 
 /// Draws the triangles of `list` one after the other.
-template <Road road, class Limits, class Span_Type, class Tint>
+template <Texturing texturing, class Limits, class Span_Type, class Modulation>
 void draw_triangles(const Point_List& list, const Corner_Setup& setup, const Limits& limits,
-                    const Tint& tint, Span_Type& span) {
-  using Corner = Vertex<Joined<Geometry_Lanes, typename Tint::Kinds>>;
+                    const Modulation& modulation, Span_Type& span) {
+  using Corner = Vertex<Joined<Geometry_Interpolants, typename Modulation::Values>>;
   const auto corner = [&](int i) {
     Corner made;
     setup.put_geometry(made, list, i);
-    if constexpr (road == Road::modulated) tint.put_color(made, list.colors[i]);
+    if constexpr (texturing == Texturing::modulated) modulation.put_color(made, list.colors[i]);
     return made;
   };
   std::array<Corner, 3> corners{corner(0), corner(1), {}};
@@ -73,71 +74,66 @@ void draw_triangles(const Point_List& list, const Corner_Setup& setup, const Lim
   }
 }
 
-/// A list of points that cannot be drawn for want of colours.
-template <Road road>
-bool lacks_colors(const Strip& strip) {
-  return road == Road::modulated && !strip.colors;
-}
-
 }  // namespace scan_detail
 
-template <Set set, Road road>
-void scan(const Strip& strip) {
+/// Draws a strip that lies inside.
+template <Set set, Texturing texturing>
+void draw_inside(const Textured_Call& strip) {
   using namespace scan_detail;
-  if (strip.count < 3 || draws_nothing(strip.rendition) || lacks_colors<road>(strip)) return;
+  if (strip.count < 3 || draws_nothing(strip.rendition)) return;
+  if (texturing == Texturing::modulated && !strip.colors) return;
   const Held_Texture held(strip.rendition);
   if (!held.usable()) return;
-  constexpr Member member{set, road, Form::scan};
-  const auto dress = make_dress<member>(strip, held.texture());
+  constexpr Member member{set, texturing, Path::inside};
+  const auto paint = make_paint<member>(strip, held.sampler());
   const Frame frame(strip.renderer);
-  const auto draw = [&](const auto& cover) {
-    Span<member, std::decay_t<decltype(cover)>, std::decay_t<decltype(dress)>> span(frame, cover,
-                                                                                    dress);
-    draw_triangles<road>(Point_List(strip), Corner_Setup(strip, *held.image), Trusted{}, dress.tint,
-                         span);
+  const auto draw = [&](const auto& bits) {
+    Span<member, std::decay_t<decltype(bits)>, std::decay_t<decltype(paint)>> span(frame, bits,
+                                                                                   paint);
+    draw_triangles<texturing>(Point_List(strip), Corner_Setup(strip, *held.image), Trusted{},
+                              paint.modulation, span);
   };
   if (is_solid(strip.rendition)) {
-    draw(Solid_Cover{});
+    draw(Solid_Bits{});
   } else {
-    draw(Pattern_Cover(strip.rendition));
+    draw(Stipple_Bits(strip.rendition));
   }
 }
 
-/// Draws the strip's first triangle, cut by the hard clip and solid whatever the pattern. A
-/// triangle that reaches beyond the safe rectangle is first cut to a strip inside it.
-template <Set set, Road road>
-void draw_clipped_triangle(const Strip& strip, const Held_Texture& held) {
+/// Draws a strip of one triangle, cut by the hard clip and solid whatever the pattern. A triangle
+/// that reaches beyond the device range is first cut to a strip inside it.
+template <Set set, Texturing texturing>
+void draw_clipped(const Textured_Call& triangle, const Held_Texture& held) {
   using namespace scan_detail;
-  constexpr Member member{set, road, Form::clipped};
+  constexpr Member member{set, texturing, Path::clipped};
   const KT_Shared_Image image = held.image;  // each of these triangles holds it for itself
-  const auto dress = make_dress<member>(strip, held.texture());
-  const Frame frame(strip.renderer);
-  const Corner_Setup setup(strip, *image);
-  const Hard_Clip limits(strip.display_context().hard_clip, strip.renderer.device_origin);
-  const Solid_Cover solid;
-  Span<member, Solid_Cover, std::decay_t<decltype(dress)>> span(frame, solid, dress);
+  const auto paint = make_paint<member>(triangle, held.sampler());
+  const Frame frame(triangle.renderer);
+  const Solid_Bits solid;
+  Span<member, Solid_Bits, std::decay_t<decltype(paint)>> span(frame, solid, paint);
+  const Clipped_Strip strip = clipped_to_device_range(
+      {.points = triangle.points,
+       .colors = texturing == Texturing::modulated ? triangle.colors : nullptr,
+       .parameters = triangle.parameters,
+       .parameter_width = triangle.parameter_width});
+  if (strip.count < 3) return;
+  draw_triangles<texturing>(
+      Point_List(strip), Corner_Setup(triangle, *image),
+      Hard_Clip(triangle.display_context().hard_clip, triangle.renderer.device_origin),
+      paint.modulation, span);
+}
 
-  short codes[3];
-  KD_Clip(safe_rectangle, 3, strip.points, codes);
-  if ((codes[0] | codes[1] | codes[2]) == 0) {
-    return draw_triangles<road>(Point_List(strip.piece(0, 3)), setup, limits, dress.tint, span);
-  }
-  const bool colored = road == Road::modulated;
-  const auto color = [&](int i) { return colored ? strip.colors + i : nullptr; };
-  const auto parameter = [&](int i) {
-    return strip.parameters + std::ptrdiff_t{i} * strip.parameter_width;
+/// The plain and modulated scans of a set.
+template <Set set>
+constexpr Scans scans() {
+  Scans made{};
+  const auto add = [&]<Texturing texturing>() {
+    made.inside[static_cast<std::size_t>(texturing)] = draw_inside<set, texturing>;
+    made.clipped[static_cast<std::size_t>(texturing)] = draw_clipped<set, texturing>;
   };
-  int count = 0;
-  KT_DCI_Point points[clipped_points_at_most];
-  KT_RGB32 colors[clipped_points_at_most];
-  KT_Parameter parameters[clipped_points_at_most];
-  float w[clipped_points_at_most];
-  clip_triangle(strip.rendition, strip.points, {color(0), color(1), color(2)},
-                {parameter(0), parameter(1), parameter(2)}, {0, 0, 0}, {nullptr, nullptr, nullptr},
-                safe_rectangle, count, points, colors, parameters, nullptr, w);
-  if (count < 3) return;
-  draw_triangles<road>(Point_List(count, points, colors, parameters), setup, limits, dress.tint,
-                       span);
+  add.template operator()<Texturing::plain>();
+  add.template operator()<Texturing::modulated>();
+  return made;
 }
 
 }  // namespace zbuffer::textures

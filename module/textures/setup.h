@@ -3,9 +3,10 @@
 #pragma once
 
 #include "module/core/frame.h"
-#include "module/textures/inks.h"
-#include "module/textures/strip.h"
-#include "module/textures/texture.h"
+#include "module/raster/clipper.h"
+#include "module/textures/blends.h"
+#include "module/textures/call.h"
+#include "module/textures/sampler.h"
 
 namespace zbuffer::textures {
 
@@ -17,18 +18,17 @@ struct Point_List {
   const KT_Parameter* parameters;
   int width;
 
-  explicit Point_List(const Strip& strip)
+  explicit Point_List(const Textured_Call& strip)
       : count(strip.count),
         points(strip.points),
         colors(strip.colors),
         parameters(strip.parameters),
         width(strip.parameter_width) {}
-  Point_List(int its_count, const KT_DCI_Point* its_points, const KT_RGB32* its_colors,
-             const KT_Parameter* its_parameters)
-      : count(its_count),
-        points(its_points),
-        colors(its_colors),
-        parameters(its_parameters),
+  explicit Point_List(const Clipped_Strip& strip)
+      : count(strip.count),
+        points(strip.points),
+        colors(strip.colors),
+        parameters(strip.parameters),
         width(1) {}
 
   const KT_Parameter& parameter(int i) const { return parameters[std::ptrdiff_t{i} * width]; }
@@ -37,7 +37,7 @@ struct Point_List {
 /// What all corners of a call have in common.
 class Corner_Setup {
  public:
-  Corner_Setup(const Strip& strip, const KT_Shared_Image_Data& image)
+  Corner_Setup(const Textured_Call& strip, const KT_Shared_Image_Data& image)
       : origin_(strip.renderer.device_origin),
         depth_offset_(strip.face().face_depth_offset),
         width_(static_cast<float>(image.width)),
@@ -49,9 +49,9 @@ class Corner_Setup {
     const KT_DCI_Point& point = list.points[i];
     vertex.y = wrapped_difference(point.y, origin_.y);
     vertex.value[0] = wrapped_difference(point.x, origin_.x);
-    vertex.value[depth_lane] = wrapped_sum(point.z, depth_offset_);
-    vertex.value[u_lane] = texel_number(width_ * list.parameter(i).s);
-    vertex.value[v_lane] = texel_number(height_ * list.parameter(i).t);
+    vertex.value[at_depth] = wrapped_sum(point.z, depth_offset_);
+    vertex.value[at_u] = texel_number(width_ * list.parameter(i).s);
+    vertex.value[at_v] = texel_number(height_ * list.parameter(i).t);
   }
 
  private:

@@ -1,6 +1,7 @@
 // Spans of textured triangles. The order at a pixel is: depth test, pattern bit, wrap test, fetch,
-// ink; a pixel that fails anywhere keeps its colour and depth, but for `Transparent::keeps_color`.
-// Coordinates, depth and tint step through every pixel, drawn or not.
+// blend; a pixel that fails anywhere keeps its colour and depth, but for
+// `Transparent::keeps_color`. Coordinates, depth and modulation step through every pixel, drawn or
+// not.
 //
 // Pixels are taken four at a time, all of them fetched and made and those that passed selected;
 // masked coordinates never leave the image, so that a texel may be fetched for nothing.
@@ -11,16 +12,16 @@
 #include "module/core/frame.h"
 #include "module/pixels/pixel_bits.h"
 #include "module/raster/walk.h"
-#include "module/textures/inks.h"
+#include "module/textures/blends.h"
 #include "module/textures/rules.h"
-#include "module/textures/texture.h"
+#include "module/textures/sampler.h"
 
 namespace zbuffer::textures {
 
 /// The depth test along a span, four pixels at a time.
-class Depth_Walk {
+class Depth_Cursor {
  public:
-  Depth_Walk(std::uint16_t* depth, const Stepped& z, std::int32_t count)
+  Depth_Cursor(std::uint16_t* depth, const Stepped& z, std::int32_t count)
       : depth_(depth), z_(z.value, z.step), left_(count) {}
 
   /// Goes to the next four pixels, from here on, of which one passes; false when there are none.
@@ -62,28 +63,29 @@ class Depth_Walk {
   Quad d_, stored_, pass_;
 };
 
-/// The texture and tint of a span's pixels.
-template <Transparent transparent, class Tint, class Ink>
-struct Pen {
-  using Pixel = typename Ink::Pixel;
-  using Ink_Row = decltype(std::declval<const Ink&>().row(0));
+/// The texture and modulation of a span's pixels.
+template <Transparent transparent, class Modulation, class Blend>
+struct Texel_Cursor {
+  using Pixel = typename Blend::Pixel;
+  using Blend_Row = decltype(std::declval<const Blend&>().row(0));
 
-  Texture texture;  // a copy, which no store to a pixel can change
-  Ink_Row ink;
+  Sampler texture;  // a copy, which no store to a pixel can change
+  Blend_Row blend;
   Pixel* to;
   Quad_Line u;
   Quad_Line v;
-  typename Tint::Running tint;
+  typename Modulation::Cursor modulation;
 
   /// Draws the pixels where `walk` has stopped.
   template <class Access>
-  void draw(Access access, Depth_Walk& walk) const {
-    const Quad at_u = u.at(walk.at());
-    const Quad at_v = v.at(walk.at());
+  void draw(Access access, Depth_Cursor& walk) const {
+    const Quad us = u.at(walk.at());
+    const Quad vs = v.at(walk.at());
     Pixel* const pixels = to + walk.at();
-    const Quad pass = walk.pass() & texture.contains(at_u, at_v);
+    const Quad pass = walk.pass() & texture.contains(us, vs);
     const Quad old = access.load(pixels);
-    const Made<Quad> made = ink.make(texture.texel(at_u, at_v), tint.at(walk.at()), old, pixels);
+    const Made<Quad> made =
+        blend.make(texture.texel(us, vs), modulation.at(walk.at()), old, pixels);
     Quad colored = pass;
     if constexpr (transparent != Transparent::ordinary) colored &= ~is_zero(made.alpha);
     walk.store(access, transparent == Transparent::dropped ? colored : pass);
@@ -93,41 +95,41 @@ struct Pen {
 
 /// The state of a scan that outlives its spans: the depth that the latest span of two or more
 /// pixels ended with, none at first.
-using Running_Depth = std::optional<Word>;
+using Latest_Depth = std::optional<Word>;
 
 /// What a span draws with.
-template <class Tint_Type, class Ink_Type>
-struct Dress {
-  using Tint = Tint_Type;
-  using Ink = Ink_Type;
+template <class Modulation_Type, class Blend_Type>
+struct Paint {
+  using Modulation = Modulation_Type;
+  using Blend = Blend_Type;
 
-  Texture texture;
-  Tint tint;
-  Ink ink;
+  Sampler texture;
+  Modulation modulation;
+  Blend blend;
 };
 
-template <Member member, class Cover, class Dress_Type>
+template <Member member, class Bits, class Paint_Type>
 class Span {
  public:
-  using Tint = typename Dress_Type::Tint;
-  using Ink = typename Dress_Type::Ink;
-  using Pixel = typename Ink::Pixel;
+  using Modulation = typename Paint_Type::Modulation;
+  using Blend = typename Paint_Type::Blend;
+  using Pixel = typename Blend::Pixel;
 
-  Span(const Frame& frame, const Cover& cover, const Dress_Type& dress)
-      : frame_(frame), cover_(cover), dress_(dress) {}
+  Span(const Frame& frame, const Bits& bits, const Paint_Type& paint)
+      : frame_(frame), bits_(bits), paint_(paint) {}
 
-  /// The next triangle's middle row: lower rows belong to its upper half.
+  /// The next triangle's middle row: rows below it belong to its low half.
   void begin_triangle(std::int32_t mid_y) { mid_y_ = mid_y; }
 
   template <class Run, class Edge_Type>
   void operator()(std::int32_t y, const Run& run, const Edge_Type& left, const Edge_Type& right) {
-    if constexpr (!Cover::solid) {
+    if constexpr (!Bits::solid) {
       // The bit of the first pixel decides on the whole span.
-      if (cover_.is_set(run.x, y)) {
-        if (cover_.opaque()) draw_contrast(y, run, left, right);
+      if (bits_.is_set(run.x, y)) {
+        if (bits_.opaque()) draw_contrast(y, run, left, right);
         return;
       }
-    } else if constexpr (the_rule(rules::short_span_rules, member) == Short_Spans::one_and_two) {
+    } else if constexpr (rules::short_spans(member) == Short_Spans::one_and_two) {
       if (run.count <= 2) {
         if (run.count == 2) draw_second(y, run.x + 1, left, right);
         return draw_first(y, run.x, left);
@@ -137,24 +139,25 @@ class Span {
   }
 
  private:
-  static constexpr Transparent transparent = the_rule(rules::transparent_rules, member);
+  static constexpr Transparent transparent = rules::transparent(member);
 
   template <class Run, class Edge_Type>
   void draw(std::int32_t y, const Run& run, const Edge_Type& left, const Edge_Type& right) {
     const Span_Start start(run);
     const Stepped z = depths(start, left, right);
-    if constexpr (keeps_running_depth) {
-      running_depth_ = z.value + as_word(run.count - 1) * z.step;
+    if constexpr (keeps_latest_depth) {
+      latest_depth_ = z.value + as_word(run.count - 1) * z.step;
     }
     // All but depth is set up where the first pixel passes: in crowded scenes few spans get there.
-    Depth_Walk walk(frame_.depth(y, run.x), z, run.count);
+    Depth_Cursor walk(frame_.depth(y, run.x), z, run.count);
     if (!walk.find()) return;
-    const Pen<transparent, Tint, Ink> pen{dress_.texture,
-                                          dress_.ink.row(y),
-                                          frame_.color<Pixel>(y, run.x),
-                                          coordinate(start, left[u_lane], right[u_lane]),
-                                          coordinate(start, left[v_lane], right[v_lane]),
-                                          dress_.tint.begin(start, left, right)};
+    const Texel_Cursor<transparent, Modulation, Blend> pen{
+        paint_.texture,
+        paint_.blend.row(y),
+        frame_.color<Pixel>(y, run.x),
+        coordinate(start, left[at_u], right[at_u]),
+        coordinate(start, left[at_v], right[at_v]),
+        paint_.modulation.begin(start, left, right)};
     while (walk.left() >= quad_size) {
       pen.draw(Whole_Quad{}, walk);
       walk.advance();
@@ -165,7 +168,7 @@ class Span {
 
   template <class Edge_Type>
   static Stepped depths(const Span_Start& start, const Edge_Type& left, const Edge_Type& right) {
-    return start.between<Depth>(left[depth_lane], right[depth_lane]);
+    return start.between<Depth>(left[at_depth], right[at_depth]);
   }
 
   // The numbers are unsigned, so that the difference to a negative one wraps and comes out right.
@@ -184,7 +187,7 @@ class Span {
     for (std::int32_t i = 0; i < run.count; ++i, z.advance()) {
       const std::uint16_t d = Depth::stored(z.value);
       if (d > depth[i]) continue;
-      to[i] = dress_.ink.contrast(to[i]);
+      to[i] = paint_.blend.contrast(to[i]);
       depth[i] = d;
     }
   }
@@ -195,41 +198,42 @@ class Span {
     if constexpr (is_indexed(member.set)) {
       return {};
     } else {
-      constexpr Two_Pixel_Rule upper =
-          the_rule(rules::two_pixel_rules, Half_Of_Member{member.set, member.road, Half::upper});
-      constexpr Two_Pixel_Rule lower =
-          the_rule(rules::two_pixel_rules, Half_Of_Member{member.set, member.road, Half::lower});
-      return half == Half::upper ? upper : lower;
+      constexpr Two_Pixel_Rule low =
+          rules::two_pixels(Half_Member{member.set, member.texturing, Half::low});
+      constexpr Two_Pixel_Rule high =
+          rules::two_pixels(Half_Member{member.set, member.texturing, Half::high});
+      return half == Half::low ? low : high;
     }
   }
-  static constexpr bool keeps_running_depth =
-      rule_of(Half::upper).first_depth == Depth_From::left_or_running;
+  static constexpr bool keeps_latest_depth =
+      rule_of(Half::low).first_depth == Depth_From::left_or_latest;
 
   template <class Edge_Type>
   void draw_second(std::int32_t y, std::int32_t x, const Edge_Type& left, const Edge_Type& right) {
-    const Two_Pixel_Rule rule = rule_of(y < mid_y_ ? Half::upper : Half::lower);
-    const Word mean_z = (right[depth_lane] >> 1) + (left[depth_lane] >> 1);
-    if constexpr (keeps_running_depth) running_depth_ = mean_z;
-    const Word u = (right[u_lane] + left[u_lane]) >> 1;
-    const Word v = (right[v_lane] + left[v_lane]) >> 1;
+    const Two_Pixel_Rule rule = rule_of(y < mid_y_ ? Half::low : Half::high);
+    const Word mean_z = (right[at_depth] >> 1) + (left[at_depth] >> 1);
+    if constexpr (keeps_latest_depth) latest_depth_ = mean_z;
+    const Word u = (right[at_u] + left[at_u]) >> 1;
+    const Word v = (right[at_v] + left[at_v]) >> 1;
     if (!opens(y, x, mean_z, u, v)) return;
     const Word texel =
-        dress_.texture.texel(u, rule.second_line == Line_From::left ? left[v_lane] : v);
-    plot(y, x, rule.second_depth, left[depth_lane], mean_z,
-         [&](Word old) { return dress_.ink.make(dress_.tint.at_mean(texel, left, right), old); });
+        paint_.texture.texel(u, rule.second_line == Line_From::left ? left[at_v] : v);
+    plot(y, x, rule.second_depth, left[at_depth], mean_z, [&](Word old) {
+      return paint_.blend.make(paint_.modulation.at_mean(texel, left, right), old);
+    });
   }
 
   template <class Edge_Type>
   void draw_first(std::int32_t y, std::int32_t x, const Edge_Type& left) {
-    const Word z = left[depth_lane];
-    if (!opens(y, x, z, left[u_lane], left[v_lane])) return;
-    const Word texel = dress_.texture.texel(left[u_lane], left[v_lane]);
-    plot(y, x, rule_of(Half::lower).first_depth, z, running_depth_.value_or(z),
-         [&](Word old) { return dress_.ink.make(dress_.tint.at_left(texel, left), old); });
+    const Word z = left[at_depth];
+    if (!opens(y, x, z, left[at_u], left[at_v])) return;
+    const Word texel = paint_.texture.texel(left[at_u], left[at_v]);
+    plot(y, x, rule_of(Half::high).first_depth, z, latest_depth_.value_or(z),
+         [&](Word old) { return paint_.blend.make(paint_.modulation.at_left(texel, left), old); });
   }
 
   bool opens(std::int32_t y, std::int32_t x, Word z, Word u, Word v) const {
-    return Depth::stored(z) <= *frame_.depth(y, x) && dress_.texture.contains(u, v) != 0;
+    return Depth::stored(z) <= *frame_.depth(y, x) && paint_.texture.contains(u, v) != 0;
   }
 
   // `other` is the mean or the running depth.
@@ -245,10 +249,10 @@ class Span {
   }
 
   const Frame& frame_;
-  const Cover& cover_;
-  const Dress_Type& dress_;
+  const Bits& bits_;
+  const Paint_Type& paint_;
   std::int32_t mid_y_ = 0;
-  Running_Depth running_depth_;
+  Latest_Depth latest_depth_;
 };
 
 }  // namespace zbuffer::textures

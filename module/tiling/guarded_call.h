@@ -8,16 +8,14 @@
 
 #include <algorithm>
 
-#include "module/core/fixed_point.h"
+#include "module/core/outcode.h"
+#include "module/core/points.h"
 #include "module/core/scratch.h"
 #include "module/core/software_z_buffer.h"
 
 namespace zbuffer::tiling {
 
 inline constexpr std::int32_t guard_reach = 0x40000000;
-
-/// Codes behind the last point of a polyline hold this, beyond all outcodes.
-inline constexpr short stop = 4096;
 
 inline KT_Int_Rectangle guard_round(KT_Int_XY center) {
   return {wrapped_difference(center.x, guard_reach), wrapped_sum(center.x, guard_reach),
@@ -41,11 +39,8 @@ struct Guarded_Call {
   }
   /// Rounds `n` points from `first` on into results from `to` on.
   void convert(int first, int n, int to = 0) const {
-    for (int i = 0; i < n; ++i) {
-      const KT_Point_D& point = points[first + i];
-      results[to + i] = {rounded(point.x), rounded(point.y), rounded(point.z)};
-      take_origin_off(results[to + i]);
-    }
+    round_points(points + first, n, results + to);
+    for (int i = 0; i < n; ++i) take_origin_off(results[to + i]);
   }
   template <KT_Action action, class... Arguments>
   void draw(int result_count, Arguments... arguments) const {

@@ -12,7 +12,7 @@
 namespace zbuffer::tiling {
 namespace {
 
-// Kinds of colouring. `in(n)` and `out(n)` are what the framework gets for the segment from point
+// Values of colouring. `in(n)` and `out(n)` are what the framework gets for the segment from point
 // n on and for result n; `copy` fills the colours of a run of results.
 
 struct No_Colors {
@@ -52,7 +52,7 @@ struct Point_Colors {
 };
 
 bool is_outside(short code) {
-  return (code & 15) != 0;
+  return (code & beyond_any) != 0;
 }
 
 template <class Colors>
@@ -62,7 +62,7 @@ class Pieces {
 
   void draw() const {
     short* const codes = call_.codes;
-    codes[call_.count] = stop;
+    codes[call_.count] = list_end;
     int n = 0;
     if (codes[0] == 0) {
       while (codes[n] == 0) ++n;
@@ -71,7 +71,7 @@ class Pieces {
     }
     for (;;) {
       n = draw_outside(n);
-      if (codes[n + 1] == stop) return;
+      if (codes[n + 1] == list_end) return;
       KD_Preclip_Head(codes[n], call_.guard, call_.points + n, call_.results, colors_.in(n),
                       colors_.out(0));
       call_.take_origin_off(call_.results[0]);
@@ -93,7 +93,7 @@ class Pieces {
   /// point `next` ends the line, for which it returns true, or lies outside.
   bool draw_to_exit(int next, int count, int first) const {
     const short code = call_.codes[next];
-    if (code == stop) {
+    if (code == list_end) {
       colors_.draw(call_, count, first);
       return true;
     }
@@ -107,8 +107,8 @@ class Pieces {
   /// From outside point `n` on, while the next one lies outside too; returns the last of them.
   int draw_outside(int n) const {
     const short* const codes = call_.codes;
-    for (; codes[n + 1] != stop && is_outside(codes[n + 1]); ++n) {
-      if ((codes[n] & codes[n + 1] & 15) != 0) continue;
+    for (; codes[n + 1] != list_end && is_outside(codes[n + 1]); ++n) {
+      if ((codes[n] & codes[n + 1] & beyond_any) != 0) continue;
       if (!KD_Preclip_Ends(codes + n, call_.guard, call_.points + n, call_.results, colors_.in(n),
                            colors_.out(0))) {
         continue;

@@ -3,6 +3,7 @@
 #include "module/tiling/polytriangles.h"
 
 #include "host/clip.h"
+#include "module/raster/strip_split.h"
 #include "module/tiling/guarded_call.h"
 #include "module/tiling/perspective.h"
 
@@ -69,22 +70,15 @@ class Cut_Attributes {
   Scratch<KT_Vector> vectors_{most_points};
 };
 
-/// Walks a strip by a window of three codes. `draw_run(first, n)` gets what lies inside, of any
-/// length; `draw_cut(first)` one triangle with a point outside.
+/// Takes a strip apart by the guard rectangle. `draw_run(first, n)` gets what lies inside,
+/// converted; `draw_cut(first)` one triangle with a point outside.
 template <class Draw_Run, class Draw_Cut>
 void walk_strip(const Guarded_Call& call, Draw_Run draw_run, Draw_Cut draw_cut) {
-  const short* codes = call.codes;
-  const int triangles = call.count - 2;
-  for (int n = 0; n < triangles;) {
-    while (n < triangles && (codes[n] & codes[n + 1] & codes[n + 2]) != 0) ++n;
-    while (n < triangles && (codes[n] | codes[n + 1] | codes[n + 2]) != 0) draw_cut(n++);
-    if (n >= triangles) return;
-    int end = n + 3;
-    while (end < call.count && codes[end] == 0) ++end;
-    call.convert(n, end - n);
-    draw_run(n, end - n);
-    n = end - 2;
-  }
+  const auto convert_and_draw = [&](int first, int n) {
+    call.convert(first, n);
+    draw_run(first, n);
+  };
+  split_strip(call.count, call.codes, convert_and_draw, draw_cut);
 }
 
 struct Flat_Strip {

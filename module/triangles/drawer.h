@@ -2,45 +2,62 @@
 // and sends both through the walk.
 #pragma once
 
+#include "module/core/call.h"
+#include "module/pixels/blends.h"
 #include "module/pixels/merge.h"
+#include "module/raster/walk.h"
+#include "module/triangles/paint.h"
+#include "module/triangles/rules.h"
+#include "module/triangles/sources.h"
 #include "module/triangles/spans.h"
-#include "module/triangles/strip.h"
 
-namespace zbuffer {
+namespace zbuffer::triangles {
 
-/// Everything of a call that its triangles share.
-struct Call_Context {
-  const Software_Z_Buffer& renderer;
-  const KT_Material& material;
-  Frame frame;
-  std::int32_t depth_offset;
-  bool merging;
+/// The rules of a member, looked up once.
+template <Member its_member>
+struct Pipeline {
+  static constexpr Member member = its_member;
+  static constexpr Depth_Rule depth = rules::depth(member);
+  static constexpr Merge_Rule merge = rules::merge(member);
+  static constexpr Alpha_Rules alpha = rules::alpha(member);
+  static constexpr Short_Spans short_spans = rules::short_spans(member);
 
-  explicit Call_Context(const Strip& strip, bool merge)
-      : renderer(strip.renderer),
-        material(strip.material()),
-        frame(strip.renderer),
-        depth_offset(strip.face().face_depth_offset),
-        merging(merge) {}
+  static auto limits(const Call& call) {
+    if constexpr (member.path == Path::clipped) {
+      return Hard_Clip(call.display_context().hard_clip, call.renderer.device_origin);
+    } else if constexpr (rules::rows(member) == Row_Rule::guarded) {
+      return Row_Guard(call.renderer.window_extent.y);
+    } else {
+      return Trusted{};
+    }
+  }
+  using Limits = decltype(limits(std::declval<const Call&>()));
+
+  static bool merging(const Call& call) {
+    return merge != Merge_Rule::never && merge_on(call.renderer, call.rendition);
+  }
 };
 
-template <Member member, class Limits, class Cover, class Gate>
+template <class Pipeline, class Bits, class Test>
 class Drawer {
  public:
-  Drawer(const Call_Context& context, const Limits& limits, const Cover& cover)
-      : context_(context), limits_(limits), cover_(cover) {}
+  Drawer(const Call& call, const Bits& bits)
+      : renderer_(call.renderer),
+        material_(call.material()),
+        frame_(call.renderer),
+        depth_offset_(call.face().face_depth_offset),
+        merging_(Pipeline::merging(call)),
+        limits_(Pipeline::limits(call)),
+        bits_(bits) {}
 
-  /// A flat triangle of a mapped variant.
+  /// A triangle in the rendition's index.
   void flat(const KT_DCI_Point* points) const {
-    const auto index = static_cast<std::uint8_t>(context_.material.color_index);
-    const Constant_Source<std::uint8_t> source{index};
+    const Constant_Source<std::uint8_t> source{static_cast<std::uint8_t>(material_.color_index)};
     if (merges<Merge_Rule::all>()) {
-      const Mapped_Merge merge(context_.renderer);
-      return walk(
-          points, nullptr,
-          Paint{source, Mapped_Merge_Store{merge}, Mapped_Merge_Contrast{merge, contrast_index()}});
+      const Mapped_Merge merge(renderer_);
+      return walk(points, nullptr, Paint{source, merge, Contrast{merge, contrast_index()}});
     }
-    walk(points, nullptr, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
+    walk(points, nullptr, Paint{source, Replace{}, Contrast{Replace{}, contrast_index()}});
   }
 
   /// A triangle of one direct colour.
@@ -49,100 +66,97 @@ class Drawer {
     const Constant_Source<std::uint32_t> source{word};
     const bool opaque = alpha_of(word) == 255;
     if (merges<Merge_Rule::all>() || (merges<Merge_Rule::opaque_triangles>() && opaque)) {
-      const Rgb_Merge merge(context_.renderer);
-      return walk(points, nullptr,
-                  Paint{source, Merge_Store{merge}, Merge_Contrast{merge, contrast_word()}});
+      const Rgb_Merge merge(renderer_);
+      return walk(points, nullptr, Paint{source, merge, Contrast{merge, contrast_word()}});
     }
-    constexpr Alpha_Rule rule = alpha_rules.ordinary;
+    constexpr Alpha_Rule rule = Pipeline::alpha.ordinary;
     if (rule == Alpha_Rule::store || opaque) {
-      return walk(points, nullptr, Paint{source, Replace{}, mixed_contrast()});
+      return walk(points, nullptr, Paint{source, Replace{}, direct_contrast()});
     }
-    walk(points, nullptr, Paint{source, Mix_Store{Mix(word, rule)}, mixed_contrast()});
+    walk(points, nullptr, Paint{source, Constant_Blend_255(word, rule), direct_contrast()});
   }
 
   /// A triangle of one colour, dithered by candidates.
   void dithered(const KT_DCI_Point* points, const Dithered_Color& color) const {
     walk(points, nullptr,
-         Paint{Dithered_Source{color}, Replace{}, Index_Contrast{contrast_index()}});
+         Paint{Dithered_Source{color}, Replace{}, Contrast{Replace{}, contrast_index()}});
   }
 
   /// A triangle of one colour, dithered at each pixel.
-  void dithered_by_pixel(const KT_DCI_Point* points, const Rounded_Dither_Source& source) const {
+  void dithered_by_pixel(const KT_DCI_Point* points, KT_RGB32 color) const {
+    const Rounded_Dither_Source source(Cube(renderer_.color_cube), color);
+    const Contrast contrast{Replace{}, contrast_index()};
     if (merges<Merge_Rule::ordinary>()) {
-      return walk(points, nullptr,
-                  Paint{source, Mapped_Merge_Store{Mapped_Merge(context_.renderer)},
-                        Index_Contrast{contrast_index()}});
+      return walk(points, nullptr, Paint{source, Mapped_Merge(renderer_), contrast});
     }
-    walk(points, nullptr, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
+    walk(points, nullptr, Paint{source, Replace{}, contrast});
   }
 
   /// A triangle with a colour a point.
   void gouraud(const KT_DCI_Point* points, const KT_RGB32* colors) const {
-    if constexpr (is_mapped(member.variant)) {
-      const Gouraud_Dither_Source source{Cube(context_.renderer.color_cube)};
-      walk(points, colors, Paint{source, Replace{}, Index_Contrast{contrast_index()}});
-    } else if constexpr (alpha_rules.ordinary == Alpha_Rule::store) {
-      walk(points, colors, Paint{Gouraud_Source{}, Replace{}, mixed_contrast()});
+    if constexpr (is_mapped(Pipeline::member.variant)) {
+      const Gouraud_Dither_Source source{Cube(renderer_.color_cube)};
+      walk(points, colors, Paint{source, Replace{}, Contrast{Replace{}, contrast_index()}});
+    } else if constexpr (Pipeline::alpha.ordinary == Alpha_Rule::store) {
+      walk(points, colors, Paint{Gouraud_Source{}, Replace{}, direct_contrast()});
     } else {
       walk(points, colors,
-           Paint{Gouraud_Alpha_Source{}, Blend_Source<alpha_rules.ordinary>{}, mixed_contrast()});
+           Paint{Gouraud_Alpha_Source{}, Source_Blend_255<Pipeline::alpha.ordinary>{},
+                 direct_contrast()});
     }
   }
 
  private:
-  static constexpr Alpha_Rules alpha_rules = the_rule(rules::alpha_rules, member);
-  static constexpr Short_Spans short_spans = the_rule(rules::short_span_rules, member);
-
   template <Merge_Rule rule>
   bool merges() const {
-    if constexpr (the_rule(rules::merge_rules, member) == rule) {
-      return context_.merging;
-    } else {
-      return false;
-    }
+    return Pipeline::merge == rule && merging_;
   }
 
   std::uint8_t contrast_index() const {
-    return static_cast<std::uint8_t>(context_.material.contrast_index);
+    return static_cast<std::uint8_t>(material_.contrast_index);
   }
-  std::uint32_t contrast_word() const { return context_.material.contrast_color.word(); }
-  Mix_Contrast mixed_contrast() const { return {Mix(contrast_word(), alpha_rules.contrast)}; }
+  std::uint32_t contrast_word() const { return material_.contrast_color.word(); }
+  auto direct_contrast() const {
+    return Contrast{Constant_Blend_255(contrast_word(), Pipeline::alpha.contrast), contrast_word()};
+  }
 
   template <class Paint_Type>
   void walk(const KT_DCI_Point* points, const KT_RGB32* colors, const Paint_Type& paint) const {
-    using Drawn = Span<Cover, Gate, Paint_Type, short_spans>;
-    using Kinds = typename Drawn::Kinds;
-    std::array<Vertex<Kinds>, 3> corners;
+    using Drawn = Span<Bits, Test, Paint_Type, Pipeline::short_spans>;
+    std::array<Vertex<typename Drawn::Values>, 3> corners;
     for (std::size_t i = 0; i < 3; ++i) {
       corners[i] = corner<Drawn>(points[i], colors ? colors + i : nullptr, paint);
     }
-    Drawn span(context_.frame, cover_, paint);
+    Drawn span(frame_, bits_, paint);
     walk_triangle(sorted(corners), limits_, span);
   }
 
   template <class Drawn, class Paint_Type>
   auto corner(const KT_DCI_Point& point, const KT_RGB32* color, const Paint_Type& paint) const {
-    Vertex<typename Drawn::Kinds> made;
-    const KT_Int_XY origin = context_.frame.origin;
-    made.y = wrapped_difference(point.y, origin.y);
-    made.value[0] = wrapped_difference(point.x, origin.x);
-    if constexpr (Gate::tests) made.value[depth_lane] = wrapped_sum(point.z, context_.depth_offset);
-    constexpr std::size_t lane = Drawn::first_paint_lane;
-    constexpr std::size_t channels = Paint_Type::Source::Kinds::count;
+    Vertex<typename Drawn::Values> made;
+    made.y = wrapped_difference(point.y, frame_.origin.y);
+    made.value[0] = wrapped_difference(point.x, frame_.origin.x);
+    if constexpr (Test::tests) made.value[at_depth] = wrapped_sum(point.z, depth_offset_);
+    constexpr std::size_t first = Drawn::first_of_paint;
+    constexpr std::size_t channels = Paint_Type::Source::Values::count;
     if constexpr (channels > 0) {
       Channels at{color->red, color->green, color->blue};
-      if constexpr (is_mapped(member.variant)) at = paint.source.cube.scaled(*color);
-      made.value[lane] = at.red;
-      made.value[lane + 1] = at.green;
-      made.value[lane + 2] = at.blue;
+      if constexpr (is_mapped(Pipeline::member.variant)) at = paint.source.cube.scaled(*color);
+      made.value[first] = at.red;
+      made.value[first + 1] = at.green;
+      made.value[first + 2] = at.blue;
     }
-    if constexpr (channels > 3) made.value[lane + 3] = color->alpha;
+    if constexpr (channels > 3) made.value[first + 3] = color->alpha;
     return made;
   }
 
-  const Call_Context& context_;
-  const Limits& limits_;
-  const Cover& cover_;
+  const Software_Z_Buffer& renderer_;
+  const KT_Material& material_;
+  Frame frame_;
+  std::int32_t depth_offset_;
+  bool merging_;
+  typename Pipeline::Limits limits_;
+  const Bits& bits_;
 };
 
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

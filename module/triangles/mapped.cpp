@@ -1,10 +1,8 @@
-// The polytriangle routines of `Mapped`.
+// The polytriangle scans of `Mapped`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_mapped = scans<Variant::mapped>();
 
-ZBUFFER_MAPPED_POLYTRIANGLES(, Variant::mapped)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

@@ -1,10 +1,8 @@
-// The polytriangle routines of `Mapped_Z`.
+// The polytriangle scans of `Mapped_Z`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_mapped_z = scans<Variant::mapped_z>();
 
-ZBUFFER_MAPPED_POLYTRIANGLES(, Variant::mapped_z)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

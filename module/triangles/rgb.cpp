@@ -1,10 +1,8 @@
-// The polytriangle routines of `RGB`.
+// The polytriangle scans of `RGB`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_rgb = scans<Variant::rgb>();
 
-ZBUFFER_DIRECT_POLYTRIANGLES(, Variant::rgb)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

@@ -1,10 +1,8 @@
-// The polytriangle routines of `RGB_Alpha`.
+// The polytriangle scans of `RGB_Alpha`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_rgb_alpha = scans<Variant::rgb_alpha>();
 
-ZBUFFER_DIRECT_POLYTRIANGLES(, Variant::rgb_alpha)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

@@ -1,10 +1,8 @@
-// The polytriangle routines of `RGB_Alpha_Z`.
+// The polytriangle scans of `RGB_Alpha_Z`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_rgb_alpha_z = scans<Variant::rgb_alpha_z>();
 
-ZBUFFER_UNMASKED_POLYTRIANGLES(, Variant::rgb_alpha_z)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

@@ -1,10 +1,8 @@
-// The polytriangle routines of `RGB_Z`.
+// The polytriangle scans of `RGB_Z`.
+#include "module/triangles/scan.h"
 
-#include "module/triangles/entry.h"
-#include "module/triangles/instances.h"
+namespace zbuffer::triangles {
 
-namespace zbuffer {
+constinit const Scans scans_rgb_z = scans<Variant::rgb_z>();
 
-ZBUFFER_DIRECT_POLYTRIANGLES(, Variant::rgb_z)
-
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

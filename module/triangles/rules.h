@@ -1,57 +1,42 @@
-// The rules by which like members of the polytriangle family differ, as tables.
+// Every rule by which like members of the polytriangle family differ, as tables.
 //
-// A member is a routine by variant, kind, road, masking and filling; rows may cover members that
-// are never made, such as flat ones of direct colour. Beside the tables stand, each at its place:
-// the head of the scan of `RGB_Alpha` and the dithered strip of one colour (scan.h), z of points
-// inside and the action record of `RGB_Z` (entry.h), and where masked `RGB` blends (entry.h).
+// A member is a scan by variant, kind, path, masking and filling. Flat strips of direct colour are
+// colorized ones in the rendition's colour, so that a row for colorized ones serves both. Two rules
+// stand elsewhere: the near-flat tests (raster/near_flat.h) and the strip that is dithered in the
+// colour of its first triangle (`scan_dithered` in scan.h).
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <initializer_list>
-#include <iterator>
-
-#include "module/core/rule_table.h"
-#include "module/core/variant.h"
-#include "module/pixels/blend.h"
+#include "module/core/entry_steps.h"
+#include "module/core/points.h"
+#include "module/pixels/blend_255.h"
 #include "module/pixels/depth_test.h"
+#include "module/raster/span_start.h"
 
-namespace zbuffer {
+namespace zbuffer::triangles {
 
-enum class Kind : std::uint8_t { flat, colorized, gouraud };
-/// Point type and place of an action: `2D`, `DC`, `2DI`, `DCI`.
-enum class Layer : std::uint8_t { float_any, float_inside, int_any, int_inside };
-/// The scan of strips that lie inside, or single triangles cut by the hard clip.
-enum class Road : std::uint8_t { scan, clipped };
-enum class Masking : std::uint8_t { open, masked };
+/// Whether faces have a pattern.
 enum class Filling : std::uint8_t { solid, patterned };
 
 struct Member {
   Variant variant;
   Kind kind;
-  Road road;
+  Path path;
   Masking masking;
   Filling filling;
+
+  constexpr auto properties() const { return std::tuple(variant, kind, path, masking, filling); }
 };
 
-struct Where {
-  Any<Variant> variant{};
-  Any<Kind> kind{};
-  Any<Road> road{};
-  Any<Masking> masking{};
-  Any<Filling> filling{};
+}  // namespace zbuffer::triangles
 
-  constexpr bool covers(Member m) const {
-    return variant.has(m.variant) && kind.has(m.kind) && road.has(m.road) &&
-           masking.has(m.masking) && filling.has(m.filling);
-  }
-};
+namespace zbuffer {
+template <>
+inline constexpr std::size_t value_count<triangles::Filling> = 2;
+}
 
-/// How the two depth settings are taken.
-struct Depth_Rule {
-  Depth_Setting test;
-  Depth_Setting write;
-};
+namespace zbuffer::triangles {
+
+using Where = Members<Variant, Kind, Path, Masking, Filling>;
 
 /// Which pixels merge control changes when it is on.
 enum class Merge_Rule : std::uint8_t {
@@ -67,249 +52,136 @@ struct Alpha_Rules {
   Alpha_Rule contrast;
 };
 
-/// Spans that work straight from the edges, without a division.
-enum class Short_Spans : std::uint8_t { none, one_and_two };
-
 /// Whether rows outside the window are passed over.
 enum class Row_Rule : std::uint8_t { trusted, guarded };
+
+/// What a scan does with the first colour before it draws.
+enum class First_Color : std::uint8_t {
+  as_given,
+  /// A single colour of alpha 0 draws nothing at all, also where it would merge. With merge control
+  /// on the first colour is made opaque; later ones keep their alpha.
+  tested
+};
+
+/// How a strip that lies inside as a whole goes on to the inner layer: by a call, or through the
+/// action record, so that whoever has bound a routine of his own there sees it.
+enum class Whole_Strip : std::uint8_t { by_call, by_action };
 
 namespace rules {
 
 using enum Variant;
 using enum Kind;
-using enum Road;
+using enum Layer;
+using enum Path;
 using enum Masking;
 using enum Filling;
 
-template <class Rule>
-using Row = Rule_Row<Where, Rule>;
+// Depth settings honoured: by colorized routines of direct colour alone, and by `RGB_Alpha_Z` only
+// the write setting. Patterned and clipped, a pass writes depth whatever the write setting says.
+inline constexpr auto depth = rule_table<Where>(
+    settings_ignored, {{{rgb_z, colorized, inside, open}, settings_honoured},
+                       {{rgb_z, colorized, clipped, open, solid}, settings_honoured},
+                       {{rgb_z, colorized, clipped, open, patterned}, test_honoured},
+                       {{rgb_alpha_z, colorized, inside, open}, write_honoured},
+                       {{rgb_alpha_z, colorized, clipped, open, solid}, write_honoured}});
 
-// Depth settings honoured. Only the colorized routines of the direct colours read them, and
-// `RGB_Alpha_Z` only the write setting.
-inline constexpr Depth_Setting fixed = Depth_Setting::fixed;
-inline constexpr Depth_Setting by_setting = Depth_Setting::by_setting;
-inline constexpr Row<Depth_Rule> depth_rules[] = {
-    {{.variant = {rgb_alpha, rgb, mapped, mapped_z}}, {fixed, fixed}},
-    {{.variant = {rgb_alpha_z, rgb_z}, .kind = gouraud}, {fixed, fixed}},
-    {{.variant = {rgb_alpha_z, rgb_z}, .kind = {flat, colorized}, .masking = masked},
-     {fixed, fixed}},
-    {{.variant = rgb_z, .kind = {flat, colorized}, .road = scan, .masking = open},
-     {by_setting, by_setting}},
-    {{.variant = rgb_z,
-      .kind = {flat, colorized},
-      .road = clipped,
-      .masking = open,
-      .filling = solid},
-     {by_setting, by_setting}},
-    // A pass writes depth here, whatever the write setting says.
-    {{.variant = rgb_z,
-      .kind = {flat, colorized},
-      .road = clipped,
-      .masking = open,
-      .filling = patterned},
-     {by_setting, fixed}},
-    {{.variant = rgb_alpha_z, .kind = {flat, colorized}, .road = scan, .masking = open},
-     {fixed, by_setting}},
-    {{.variant = rgb_alpha_z,
-      .kind = {flat, colorized},
-      .road = clipped,
-      .masking = open,
-      .filling = solid},
-     {fixed, by_setting}},
-    {{.variant = rgb_alpha_z,
-      .kind = {flat, colorized},
-      .road = clipped,
-      .masking = open,
-      .filling = patterned},
-     {fixed, fixed}},
-};
+inline constexpr auto merge = rule_table<Where>(
+    Merge_Rule::never, {{{mapped, flat}, Merge_Rule::all},
+                        {{mapped, colorized, clipped}, Merge_Rule::ordinary},
+                        {{rgb_alpha, colorized, inside, open}, Merge_Rule::opaque_triangles},
+                        {{rgb_alpha, colorized, inside, masked}, Merge_Rule::all},
+                        {{rgb_alpha, colorized, clipped}, Merge_Rule::all}});
 
-inline constexpr Row<Merge_Rule> merge_rules[] = {
-    {{.variant = {rgb_alpha_z, rgb_z, mapped_z, rgb}}, Merge_Rule::never},
-    {{.variant = mapped, .kind = flat}, Merge_Rule::all},
-    {{.variant = mapped, .kind = colorized, .road = scan}, Merge_Rule::never},
-    {{.variant = mapped, .kind = colorized, .road = clipped}, Merge_Rule::ordinary},
-    {{.variant = {mapped, rgb_alpha}, .kind = gouraud}, Merge_Rule::never},
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = scan, .masking = open},
-     Merge_Rule::opaque_triangles},
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = scan, .masking = masked},
-     Merge_Rule::all},
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = clipped}, Merge_Rule::all},
-};
-
+// The inside scan of `RGB_Alpha` stores the contrast colour unblended, that of `RGB_Alpha_Z` and
+// all clipped spans blend it. Under a mask a blended pixel of `RGB_Alpha` keeps its alpha byte.
 inline constexpr Alpha_Rule store = Alpha_Rule::store;
 inline constexpr Alpha_Rule blend = Alpha_Rule::blend;
 inline constexpr Alpha_Rule by_alpha = Alpha_Rule::by_alpha;
 inline constexpr Alpha_Rule keeping = Alpha_Rule::by_alpha_keeping;
-inline constexpr Row<Alpha_Rules> alpha_rules[] = {
-    {{.variant = {rgb, rgb_z, mapped, mapped_z}}, {store, store}},
-    // The scan of `RGB_Alpha` stores the contrast colour unblended, that of `RGB_Alpha_Z` and
-    // all clipped spans blend it.
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = scan, .masking = open},
-     {blend, store}},
-    {{.variant = rgb_alpha, .kind = gouraud, .road = scan, .masking = open}, {by_alpha, store}},
-    {{.variant = rgb_alpha, .road = clipped, .masking = open}, {by_alpha, by_alpha}},
-    // Under a mask a blended pixel keeps its alpha byte.
-    {{.variant = rgb_alpha, .masking = masked}, {keeping, keeping}},
-    {{.variant = rgb_alpha_z, .kind = {flat, colorized}, .road = scan}, {blend, blend}},
-    {{.variant = rgb_alpha_z, .kind = gouraud, .road = scan}, {by_alpha, by_alpha}},
-    {{.variant = rgb_alpha_z, .road = clipped}, {by_alpha, by_alpha}},
-};
+inline constexpr auto alpha = rule_table<Where>(
+    Alpha_Rules{store, store}, {{{rgb_alpha, colorized, inside, open}, {blend, store}},
+                                {{rgb_alpha, gouraud, inside, open}, {by_alpha, store}},
+                                {{rgb_alpha, clipped, open}, {by_alpha, by_alpha}},
+                                {{rgb_alpha, masked}, {keeping, keeping}},
+                                {{rgb_alpha_z, colorized, inside}, {blend, blend}},
+                                {{rgb_alpha_z, gouraud, inside}, {by_alpha, by_alpha}},
+                                {{rgb_alpha_z, clipped}, {by_alpha, by_alpha}}});
 
-// Spans of one and two pixels that work straight from the edges.
-inline constexpr Row<Short_Spans> short_span_rules[] = {
-    {{.road = scan, .masking = open, .filling = solid}, Short_Spans::one_and_two},
-    {{.variant = {mapped, mapped_z}, .road = scan, .masking = masked, .filling = solid},
-     Short_Spans::one_and_two},
-    {{.variant = {rgb_alpha, rgb, rgb_alpha_z, rgb_z},
-      .road = scan,
-      .masking = masked,
-      .filling = solid},
-     Short_Spans::none},
-    {{.road = scan, .filling = patterned}, Short_Spans::none},
-    {{.road = clipped}, Short_Spans::none},
-};
+// Masked spans of direct colour have no short form.
+inline constexpr auto short_spans = rule_table<Where>(
+    Short_Spans::none, {{{inside, open, solid}, Short_Spans::one_and_two},
+                        {{mapped | mapped_z, inside, masked, solid}, Short_Spans::one_and_two}});
 
-// Rows outside the window are passed over in one scan alone.
-inline constexpr Row<Row_Rule> row_rules[] = {
-    {{.variant = rgb_alpha,
-      .kind = {flat, colorized},
-      .road = scan,
-      .masking = open,
-      .filling = solid},
-     Row_Rule::guarded},
-    {{.variant = rgb_alpha,
-      .kind = {flat, colorized},
-      .road = scan,
-      .masking = open,
-      .filling = patterned},
-     Row_Rule::trusted},
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = scan, .masking = masked},
-     Row_Rule::trusted},
-    {{.variant = rgb_alpha, .kind = {flat, colorized}, .road = clipped}, Row_Rule::trusted},
-    {{.variant = rgb_alpha, .kind = gouraud}, Row_Rule::trusted},
-    {{.variant = {rgb, mapped, mapped_z, rgb_alpha_z, rgb_z}}, Row_Rule::trusted},
-};
+inline constexpr auto rows = rule_table<Where>(
+    Row_Rule::trusted, {{{rgb_alpha, colorized, inside, open, solid}, Row_Rule::guarded}});
 
-}  // namespace rules
+inline constexpr auto first_color = rule_table<Where>(
+    First_Color::as_given, {{{rgb_alpha, colorized, inside}, First_Color::tested}});
 
-// Entry chains: the tests at the head of an action, in order; the first that holds takes the
-// call elsewhere. Which order and which tests differs from routine to routine.
-enum class Step : std::uint8_t {
-  none,
-  alpha_bit,      // blending asked for: the blending variant, same layer and kind
-  blend_filled,   // the same, past that variant's edge test
-  edge_bit,       // edges asked for: the strip is drawn as lines
-  standard_face,  // a pattern that is not handled here: the framework's general routine
-  nothing,        // no image, or fewer than two points
-  no_depth,       // depth test off: the variant without depth, same layer and kind
-  merge,          // merge control on: the blending variant
-  merge_opaque,   // the same, with the colour made opaque
-  mask            // a mask in force: the masked routine of the same layer
-};
+// Rules of routines, by layer, kind, variant and masking.
 
-struct Chain {
-  static constexpr std::size_t longest = 6;
-  std::array<Step, longest> steps{};
+inline constexpr auto whole_strips =
+    rule_table<Routines>(Whole_Strip::by_call, {{{int_any, rgb_z, open}, Whole_Strip::by_action}});
 
-  constexpr Chain(std::initializer_list<Step> list) {
-    std::size_t at = 0;
-    for (Step step : list) steps[at++] = step;
-  }
-  constexpr bool has(Step wanted) const {
-    for (Step step : steps) {
-      if (step == wanted) return true;
-    }
-    return false;
-  }
-};
+// Variants without depth leave z of points that are inside alone: nothing reads it there.
+inline constexpr auto point_z = rule_table<Routines>(
+    Point_Z::rounded, {{{float_inside, rgb_alpha | rgb | mapped}, Point_Z::left_out}});
 
-struct Entry {
-  Layer layer;
-  Kind kind;
-  Variant variant;
-};
+// Flat actions of direct colour have their own few steps and then are colorized ones. With points
+// inside, neither image nor count is looked at. Masked routines have their tests behind them, but
+// that `RGB` may still blend.
+inline constexpr Any<Kind> shaded = colorized | gouraud;
+using enum Entry_Step;
+inline constexpr auto entry_steps = rule_table<Routines>(
+    Entry_Steps{},
+    {
+        {{float_any, mapped, open}, {standard_pattern, nothing_to_draw}},
+        {{float_any, mapped_z, open}, {standard_pattern, nothing_to_draw, depth_off}},
+        {{float_any, colorized, rgb, open}, {blending, standard_pattern, nothing_to_draw}},
+        {{float_any, gouraud, rgb, open}, {standard_pattern, nothing_to_draw}},  // never blends
+        {{float_any, shaded, rgb_alpha, open}, {standard_pattern, nothing_to_draw}},
+        {{float_any, shaded, rgb_z | rgb_alpha_z, open},
+         {standard_pattern, nothing_to_draw, depth_off}},
 
-struct Chain_Row {
-  Layer layer;
-  Any<Kind> kind;
-  Any<Variant> variant;
-  Chain chain;
-};
+        {{float_inside, mapped, open}, {standard_pattern}},
+        {{float_inside, flat | gouraud, mapped_z, open}, {standard_pattern}},  // DCI tests depth
+        {{float_inside, colorized, mapped_z, open}, {standard_pattern, depth_off}},
+        {{float_inside, flat, rgb | rgb_z, open}, {blending}},
+        {{float_inside, shaded, rgb, open}, {blending, standard_pattern}},
+        {{float_inside, shaded, rgb_z, open}, {blending, standard_pattern, depth_off}},
+        {{float_inside, shaded, rgb_alpha, open}, {standard_pattern}},
+        {{float_inside, shaded, rgb_alpha_z, open}, {standard_pattern, depth_off}},
 
-namespace rules {
+        {{int_any, mapped, open}, {standard_pattern, nothing_to_draw, mask}},
+        {{int_any, mapped_z, open}, {standard_pattern, nothing_to_draw, depth_off, mask}},
+        {{int_any, flat, rgb, open}, {merging_opaque}},
+        {{int_any, colorized, rgb, open}, {blending, standard_pattern, nothing_to_draw, mask}},
+        {{int_any, gouraud, rgb, open}, {standard_pattern, nothing_to_draw, mask}},
+        {{int_any, shaded, rgb_z, open},
+         {edges, blending, standard_pattern, nothing_to_draw, depth_off, mask}},
+        {{int_any, shaded, rgb_alpha, open}, {standard_pattern, nothing_to_draw, mask}},
+        {{int_any, shaded, rgb_alpha_z, open},  // never masked
+         {edges, standard_pattern, nothing_to_draw, depth_off}},
 
-using enum Step;
-using enum Layer;
+        {{int_inside, mapped, open}, {standard_pattern, mask}},
+        {{int_inside, mapped_z, open}, {standard_pattern, depth_off, mask}},
+        {{int_inside, flat, rgb, open}, {blending, merging_opaque}},
+        {{int_inside, flat, rgb_z, open}, {blending}},
+        {{int_inside, colorized, rgb, open}, {blending, standard_pattern, merging, mask}},
+        {{int_inside, gouraud, rgb, open}, {blending, standard_pattern, mask}},
+        // With both bits set a colorized call blends and a Gouraud call draws edges.
+        {{int_inside, colorized, rgb_z, open},
+         {blending_filled, edges, standard_pattern, depth_off, mask}},
+        {{int_inside, gouraud, rgb_z, open}, {edges, blending, standard_pattern, depth_off, mask}},
+        {{int_inside, shaded, rgb_alpha, open}, {standard_pattern, mask}},
+        {{int_inside, shaded, rgb_alpha_z, open}, {edges, standard_pattern, depth_off}},
 
-// Flat actions of the direct colours have their own few tests and then are colorized ones.
-inline constexpr Any<Variant> mapped_variants = {mapped, mapped_z};
-inline constexpr Any<Variant> direct_variants = {rgb_alpha, rgb, rgb_alpha_z, rgb_z};
-inline constexpr Any<Kind> shaded = {colorized, gouraud};
-inline constexpr Any<Kind> all_kinds = {flat, colorized, gouraud};
-
-inline constexpr Chain_Row chains[] = {
-    {float_any, all_kinds, mapped, {standard_face, nothing}},
-    {float_any, all_kinds, mapped_z, {standard_face, nothing, no_depth}},
-    {float_any, flat, direct_variants, {}},
-    {float_any, colorized, rgb, {alpha_bit, standard_face, nothing}},
-    {float_any,
-     gouraud,
-     rgb,
-     {standard_face, nothing}},  // no test of the alpha bit, unlike colorized
-    {float_any, shaded, rgb_alpha, {standard_face, nothing}},
-    {float_any, shaded, {rgb_z, rgb_alpha_z}, {standard_face, nothing, no_depth}},
-
-    // Inside points: neither image nor count is looked at.
-    {float_inside, all_kinds, mapped, {standard_face}},
-    {float_inside, {flat, gouraud}, mapped_z, {standard_face}},  // the inner layer tests depth
-    {float_inside, colorized, mapped_z, {standard_face, no_depth}},
-    {float_inside, flat, {rgb, rgb_z}, {alpha_bit}},
-    {float_inside, flat, {rgb_alpha, rgb_alpha_z}, {}},
-    {float_inside, shaded, rgb, {alpha_bit, standard_face}},
-    {float_inside, shaded, rgb_z, {alpha_bit, standard_face, no_depth}},
-    {float_inside, shaded, rgb_alpha, {standard_face}},
-    {float_inside, shaded, rgb_alpha_z, {standard_face, no_depth}},
-
-    {int_any, all_kinds, mapped, {standard_face, nothing, mask}},
-    {int_any, all_kinds, mapped_z, {standard_face, nothing, no_depth, mask}},
-    {int_any, flat, rgb, {merge_opaque}},
-    {int_any, flat, {rgb_z, rgb_alpha, rgb_alpha_z}, {}},
-    {int_any, colorized, rgb, {alpha_bit, standard_face, nothing, mask}},
-    {int_any, gouraud, rgb, {standard_face, nothing, mask}},
-    {int_any, shaded, rgb_z, {edge_bit, alpha_bit, standard_face, nothing, no_depth, mask}},
-    {int_any, shaded, rgb_alpha, {standard_face, nothing, mask}},
-    {int_any, shaded, rgb_alpha_z, {edge_bit, standard_face, nothing, no_depth}},  // never masked
-
-    {int_inside, all_kinds, mapped, {standard_face, mask}},
-    {int_inside, all_kinds, mapped_z, {standard_face, no_depth, mask}},
-    {int_inside, flat, rgb, {alpha_bit, merge_opaque}},
-    {int_inside, flat, rgb_z, {alpha_bit}},
-    {int_inside, flat, {rgb_alpha, rgb_alpha_z}, {}},
-    {int_inside, colorized, rgb, {alpha_bit, standard_face, merge, mask}},
-    {int_inside, gouraud, rgb, {alpha_bit, standard_face, mask}},
-    // With both bits set a colorized call blends and a Gouraud call draws edges.
-    {int_inside, colorized, rgb_z, {blend_filled, edge_bit, standard_face, no_depth, mask}},
-    {int_inside, gouraud, rgb_z, {edge_bit, alpha_bit, standard_face, no_depth, mask}},
-    {int_inside, shaded, rgb_alpha, {standard_face, mask}},
-    {int_inside, shaded, rgb_alpha_z, {edge_bit, standard_face, no_depth}},
-};
+        {{int_inside, colorized, rgb, masked}, {blending, merging}},
+        {{int_inside, gouraud, rgb, masked}, {blending}},
+    });
 
 }  // namespace rules
 
-constexpr Chain the_chain(Entry entry) {
-  constexpr std::size_t count = std::size(rules::chains);
-  std::size_t found = count;
-  for (std::size_t i = 0; i < count; ++i) {
-    const Chain_Row& row = rules::chains[i];
-    if (row.layer != entry.layer || !row.kind.has(entry.kind) || !row.variant.has(entry.variant)) {
-      continue;
-    }
-    if (found != count) throw "two chains for one entry";
-    found = i;
-  }
-  if (found == count) throw "no chain for an entry";
-  return rules::chains[found].chain;
-}
+inline constexpr auto entry_steps = rules::entry_steps.all();
 
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

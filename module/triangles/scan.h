@@ -4,76 +4,47 @@
 #include "module/raster/clipper.h"
 #include "module/raster/near_flat.h"
 #include "module/triangles/drawer.h"
-#include "module/triangles/routines.h"
+#include "module/triangles/scans.h"
 
-namespace zbuffer {
+namespace zbuffer::triangles {
+
+/// What tells the scans apart that are chosen by the routine; the filling follows from the call.
+struct Scan_Member {
+  Variant variant;
+  Kind kind;
+  Path path;
+  Masking masking;
+};
+
+template <Scan_Member scan>
+void draw_inside(const Strip_Call& strip);
 
 namespace scan_detail {
 
-template <Filling filling>
-using Filling_Constant = std::integral_constant<Filling, filling>;
-
-/// Calls `draw(cover, filling)` with the cover for the rendition's pattern and the mask in force.
-template <Masking masking, class Draw>
-void with_cover(const Strip& strip, Draw draw) {
-  const auto with_mask = [&](const auto& cover, auto filling) {
-    if constexpr (masking == Masking::masked) {
-      draw(Masked_Cover(strip.renderer.mask_cache, cover), filling);
-    } else {
-      draw(cover, filling);
-    }
+template <Scan_Member scan, Filling filling, class Bits, class Draw>
+void with_filling(const Call& call, const Bits& bits, Draw draw) {
+  using Line = Pipeline<Member{scan.variant, scan.kind, scan.path, scan.masking, filling}>;
+  const auto with_bits = [&](const auto& drawn) {
+    with_depth_test<scan.variant, Line::depth>(call.renderer, [&](auto test) {
+      draw(Drawer<Line, std::decay_t<decltype(drawn)>, decltype(test)>(call, drawn));
+    });
   };
-  if (is_solid(strip.rendition)) {
-    with_mask(Solid_Cover{}, Filling_Constant<Filling::solid>{});
+  if constexpr (scan.masking == Masking::masked) {
+    with_bits(Masked_Bits(call.renderer.mask_cache, bits));
   } else {
-    with_mask(Pattern_Cover(strip.rendition), Filling_Constant<Filling::patterned>{});
-  }
-}
-
-template <Member member, class Draw>
-void with_gate(const Software_Z_Buffer& renderer, Draw draw) {
-  if constexpr (!has_depth(member.variant)) {
-    draw(No_Gate{});
-  } else {
-    constexpr Depth_Rule rule = the_rule(rules::depth_rules, member);
-    with_depth_gate<rule.test, rule.write>(renderer, draw);
-  }
-}
-
-template <Member member>
-auto limits_for(const Strip& strip) {
-  if constexpr (member.road == Road::clipped) {
-    return Hard_Clip(strip.display_context().hard_clip, strip.renderer.device_origin);
-  } else if constexpr (the_rule(rules::row_rules, member) == Row_Rule::guarded) {
-    return Row_Guard(strip.renderer.window_extent.y);
-  } else {
-    return Trusted{};
-  }
-}
-
-template <Member member>
-bool merging(const Strip& strip) {
-  if constexpr (the_rule(rules::merge_rules, member) == Merge_Rule::never) {
-    return false;
-  } else {
-    return merge_on(strip.renderer, strip.rendition);
+    with_bits(bits);
   }
 }
 
 /// Calls `draw(drawer)` with the drawer for this call: everything that the call decides becomes a
 /// type here.
-template <Variant variant, Kind kind, Road road, Masking masking, class Draw>
-void with_drawer(const Strip& strip, Draw draw) {
-  with_cover<masking>(strip, [&](const auto& cover, auto filling) {
-    constexpr Member member{variant, kind, road, masking, decltype(filling)::value};
-    const Call_Context context(strip, merging<member>(strip));
-    const auto limits = limits_for<member>(strip);
-    with_gate<member>(strip.renderer, [&](auto gate) {
-      using Cover = std::decay_t<decltype(cover)>;
-      draw(Drawer<member, std::decay_t<decltype(limits)>, Cover, decltype(gate)>(context, limits,
-                                                                                 cover));
-    });
-  });
+template <Scan_Member scan, class Draw>
+void with_drawer(const Call& call, Draw draw) {
+  if (is_solid(call.rendition)) {
+    with_filling<scan, Filling::solid>(call, Solid_Bits{}, draw);
+  } else {
+    with_filling<scan, Filling::patterned>(call, Stipple_Bits(call.rendition), draw);
+  }
 }
 
 inline bool has_height(const KT_DCI_Point* points) {
@@ -83,13 +54,13 @@ inline bool has_height(const KT_DCI_Point* points) {
 // Strips, one triangle after the other. A triangle that draws nothing still moves on.
 
 template <class Drawer_Type>
-void scan_flat(const Drawer_Type& drawer, const Strip& strip) {
+void scan_flat(const Drawer_Type& drawer, const Strip_Call& strip) {
   for (int i = 0; i + 2 < strip.count; ++i) drawer.flat(strip.points + i);
 }
 
-// The first colour may have been changed at the head of the scan; later ones are read anew.
+// The first colour may have been changed before the scan; later ones are read anew.
 template <class Drawer_Type>
-void scan_colorized(const Drawer_Type& drawer, const Strip& strip, KT_RGB32 first) {
+void scan_colorized(const Drawer_Type& drawer, const Strip_Call& strip, KT_RGB32 first) {
   KT_RGB32 color = first;
   for (int i = 0; i + 2 < strip.count; ++i) {
     if (i > 0 && !strip.single_color) color = strip.colors[i];
@@ -100,7 +71,7 @@ void scan_colorized(const Drawer_Type& drawer, const Strip& strip, KT_RGB32 firs
 // With one colour for all it is worked out for the first triangle alone. If that one has no
 // height, the whole strip stays at index 0.
 template <class Drawer_Type>
-void scan_dithered(const Drawer_Type& drawer, const Strip& strip) {
+void scan_dithered(const Drawer_Type& drawer, const Strip_Call& strip) {
   const Cube cube(strip.renderer.color_cube);
   Dithered_Color color;
   for (int i = 0; i + 2 < strip.count; ++i) {
@@ -111,13 +82,13 @@ void scan_dithered(const Drawer_Type& drawer, const Strip& strip) {
 }
 
 // A nearly flat triangle is a colorized strip of its own, in the colour of its first point.
-template <Variant variant, Masking masking, class Drawer_Type>
-void scan_gouraud(const Drawer_Type& drawer, const Strip& strip) {
+template <Scan_Member scan, class Drawer_Type>
+void scan_gouraud(const Drawer_Type& drawer, const Strip_Call& strip) {
   for (int i = 0; i + 2 < strip.count; ++i) {
     const KT_RGB32* colors = strip.colors + i;
-    if (near_flat_in_scan(colors)) {
-      scan<variant, Kind::colorized, masking>(
-          strip.with_points(3, strip.points + i).in_one_color(colors));
+    if (near_flat_inside(colors)) {
+      constexpr Scan_Member in_one_color{scan.variant, Kind::colorized, scan.path, scan.masking};
+      draw_inside<in_one_color>(strip.with_points(3, strip.points + i).in_one_color(colors));
     } else {
       drawer.gouraud(strip.points + i, colors);
     }
@@ -126,22 +97,24 @@ void scan_gouraud(const Drawer_Type& drawer, const Strip& strip) {
 
 }  // namespace scan_detail
 
-template <Variant variant, Kind kind, Masking masking>
-void scan(const Strip& strip) {
+/// Draws a strip that lies inside.
+template <Scan_Member scan>
+void draw_inside(const Strip_Call& strip) {
   using namespace scan_detail;
   if (strip.count < 3 || draws_nothing(strip.rendition)) return;
   KT_RGB32 first{};
-  if constexpr (kind == Kind::colorized) first = strip.colors[0];
-  if constexpr (kind == Kind::colorized && variant == Variant::rgb_alpha) {
+  if constexpr (scan.kind == Kind::colorized) first = strip.colors[0];
+  constexpr Member solid{scan.variant, scan.kind, scan.path, scan.masking, Filling::solid};
+  if constexpr (rules::first_color(solid) == First_Color::tested) {
     if (first.alpha == 0 && strip.single_color) return;
-    if (merge_on(strip.renderer, strip.rendition)) first.alpha = 255;  // later colours keep theirs
+    if (merge_on(strip.renderer, strip.rendition)) first.alpha = 255;
   }
-  with_drawer<variant, kind, Road::scan, masking>(strip, [&](const auto& drawer) {
-    if constexpr (kind == Kind::flat) {
+  with_drawer<scan>(strip, [&](const auto& drawer) {
+    if constexpr (scan.kind == Kind::flat) {
       scan_flat(drawer, strip);
-    } else if constexpr (kind == Kind::gouraud) {
-      scan_gouraud<variant, masking>(drawer, strip);
-    } else if constexpr (is_mapped(variant)) {
+    } else if constexpr (scan.kind == Kind::gouraud) {
+      scan_gouraud<scan>(drawer, strip);
+    } else if constexpr (is_mapped(scan.variant)) {
       scan_dithered(drawer, strip);
     } else {
       scan_colorized(drawer, strip, first);
@@ -149,35 +122,49 @@ void scan(const Strip& strip) {
   });
 }
 
-/// Draws a strip of one triangle, cut by the hard clip. A triangle that reaches beyond the safe
-/// rectangle is first cut to a strip inside it.
-template <Variant variant, Kind kind, Masking masking>
-void draw_clipped_triangle(const Strip& strip) {
+/// Draws a strip of one triangle, cut by the hard clip. A triangle that reaches beyond the device
+/// range is first cut to a strip inside it.
+template <Scan_Member scan>
+void draw_clipped(const Strip_Call& triangle) {
   using namespace scan_detail;
-  Clipped_List list;
-  short codes[3];
-  KD_Clip(safe_rectangle, 3, strip.points, codes);
-  if (codes[0] == 0 && codes[1] == 0 && codes[2] == 0) {
-    list.take_triangle(strip.points, kind == Kind::gouraud ? strip.colors : nullptr);
-  } else {
-    list.clip(strip.rendition, strip.points, kind == Kind::gouraud ? strip.colors : nullptr,
-              safe_rectangle);
-  }
-  with_drawer<variant, kind, Road::clipped, masking>(strip, [&](const auto& drawer) {
-    for (int i = 0; i + 2 < list.count; ++i) {
-      const KT_DCI_Point* points = list.points + i;
-      if constexpr (kind == Kind::flat) {
+  const Clipped_Strip strip =
+      clipped_to_device_range({.points = triangle.points,
+                               .colors = scan.kind == Kind::gouraud ? triangle.colors : nullptr});
+  with_drawer<scan>(triangle, [&](const auto& drawer) {
+    for (int i = 0; i + 2 < strip.count; ++i) {
+      const KT_DCI_Point* points = strip.points + i;
+      if constexpr (scan.kind == Kind::flat) {
         drawer.flat(points);
-      } else if constexpr (kind == Kind::gouraud) {
-        drawer.gouraud(points, list.colors + i);
-      } else if constexpr (is_mapped(variant)) {
-        drawer.dithered_by_pixel(
-            points, Rounded_Dither_Source(Cube(strip.renderer.color_cube), strip.colors[0]));
+      } else if constexpr (scan.kind == Kind::gouraud) {
+        drawer.gouraud(points, strip.colors + i);
+      } else if constexpr (is_mapped(scan.variant)) {
+        drawer.dithered_by_pixel(points, triangle.colors[0]);
       } else {
-        drawer.colorized(points, strip.colors[0]);
+        drawer.colorized(points, triangle.colors[0]);
       }
     }
   });
 }
 
-}  // namespace zbuffer
+/// All scans of a variant. Flat ones exist in mapped colour alone, and none of `RGB_Alpha_Z` are
+/// masked.
+template <Variant variant>
+constexpr Scans scans() {
+  Scans made{};
+  const auto add = [&]<Kind kind, Masking masking>() {
+    constexpr auto k = static_cast<std::size_t>(kind);
+    constexpr auto m = static_cast<std::size_t>(masking);
+    made.inside[k][m] = draw_inside<Scan_Member{variant, kind, Path::inside, masking}>;
+    made.clipped[k][m] = draw_clipped<Scan_Member{variant, kind, Path::clipped, masking}>;
+  };
+  const auto add_kinds = [&]<Masking masking>() {
+    if constexpr (is_mapped(variant)) add.template operator()<Kind::flat, masking>();
+    add.template operator()<Kind::colorized, masking>();
+    add.template operator()<Kind::gouraud, masking>();
+  };
+  add_kinds.template operator()<Masking::open>();
+  if constexpr (variant != Variant::rgb_alpha_z) add_kinds.template operator()<Masking::masked>();
+  return made;
+}
+
+}  // namespace zbuffer::triangles

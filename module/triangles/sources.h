@@ -1,41 +1,29 @@
-// Sources: where the ordinary colour of a span's pixels comes from. A source is started at a span
-// from the lanes of its two edges and then gives a value a pixel.
+// Sources: where the ordinary colour of a span's pixels comes from. A source is begun at a span
+// from the interpolants of its two edges and gives a cursor.
 //
 // In the general form the whole parts of the two edges are spread over the whole span, and the
 // edges' fractions are given up; a span cut by the hard clip begins so many steps on. The short
 // forms of one and two pixels take the left edge and the mean of both as they are.
 #pragma once
 
-#include "module/core/fixed_point.h"
-#include "module/pixels/blend.h"
+#include "module/pixels/cursors.h"
 #include "module/pixels/dither.h"
 #include "module/raster/interpolants.h"
 #include "module/raster/span_start.h"
 
-namespace zbuffer {
-
-/// The running state of a constant source.
-template <class Pixel>
-struct Constant_Running {
-  Pixel word;
-  Pixel value(const Pixel*) const { return word; }
-  void advance() {}
-  void advance(std::int32_t) {}
-};
+namespace zbuffer::triangles {
 
 /// One value for all pixels.
 template <class Pixel_Type>
 struct Constant_Source {
   using Pixel = Pixel_Type;
-  using Kinds = Lanes<>;
-  static constexpr bool constant = true;
+  using Values = Interpolants<>;
+  using Cursor = Constant_Cursor<Pixel>;
 
   Pixel word;
 
-  using Running = Constant_Running<Pixel>;
-
   template <class View>
-  Running begin(const Span_Start&, std::int32_t, const View&, const View&) const {
+  Cursor begin(const Span_Start&, std::int32_t, const View&, const View&) const {
     return {word};
   }
   template <class View>
@@ -51,57 +39,34 @@ struct Constant_Source {
 /// Red, green and blue from the edges, alpha 255.
 struct Gouraud_Source {
   using Pixel = std::uint32_t;
-  using Kinds = Lanes<Position_Lane, Position_Lane, Position_Lane>;
-  static constexpr bool constant = false;
-
-  struct Running : Stepped_Rgb {
-    Pixel value(const Pixel*) const { return packed(red.value, green.value, blue.value); }
-  };
+  using Values = Interpolants<Position_Interpolant, Position_Interpolant, Position_Interpolant>;
+  using Cursor = Gouraud_Cursor;
 
   template <class View>
-  Running begin(const Span_Start& start, std::int32_t, const View& left, const View& right) const {
+  Cursor begin(const Span_Start& start, std::int32_t, const View& left, const View& right) const {
     return {{start.between<Position>(left[0], right[0]), start.between<Position>(left[1], right[1]),
              start.between<Position>(left[2], right[2])}};
   }
   template <class View>
   Pixel at_left(const View& left, std::int32_t, const Pixel*) const {
-    return packed(left[0], left[1], left[2]);
+    return packed_rgb(left[0], left[1], left[2]);
   }
   template <class View>
   Pixel at_mean(const View& left, const View& right, std::int32_t, const Pixel*) const {
-    return packed(mean(left[0], right[0]), mean(left[1], right[1]), mean(left[2], right[2]));
+    return packed_rgb(mean(left[0], right[0]), mean(left[1], right[1]), mean(left[2], right[2]));
   }
 
   static constexpr Word mean(Word left, Word right) { return (left + right) >> 1; }
-  static constexpr Pixel packed(Word red, Word green, Word blue) {
-    return opaque_alpha | (red & 0xFF0000) | ((green >> 8) & 0xFF00) | ((blue >> 16) & 0xFF);
-  }
 };
 
 /// Red, green, blue and alpha from the edges.
 struct Gouraud_Alpha_Source {
   using Pixel = std::uint32_t;
-  using Kinds = Lanes<Position_Lane, Position_Lane, Position_Lane, Position_Lane>;
-  static constexpr bool constant = false;
-
-  struct Running {
-    Gouraud_Source::Running color;
-    Stepped alpha;
-
-    Pixel value(const Pixel* to) const { return with_alpha(color.value(to), alpha.value); }
-    void advance() {
-      color.advance();
-      alpha.advance();
-    }
-    void advance(std::int32_t count) {
-      color.advance(count);
-      alpha.advance(count);
-    }
-  };
+  using Values = Joined<Gouraud_Source::Values, Interpolants<Position_Interpolant>>;
+  using Cursor = Gouraud_Alpha_Cursor;
 
   template <class View>
-  Running begin(const Span_Start& start, std::int32_t y, const View& left,
-                const View& right) const {
+  Cursor begin(const Span_Start& start, std::int32_t y, const View& left, const View& right) const {
     return {Gouraud_Source{}.begin(start, y, left, right),
             start.between<Position>(left[3], right[3])};
   }
@@ -114,29 +79,18 @@ struct Gouraud_Alpha_Source {
     return with_alpha(Gouraud_Source{}.at_mean(left, right, y, to),
                       Gouraud_Source::mean(left[3], right[3]));
   }
-
- private:
-  static constexpr Pixel with_alpha(Pixel color, Word alpha) {
-    return (color & 0xFFFFFF) | ((alpha << 8) & opaque_alpha);
-  }
 };
 
 /// A colour dithered by candidates worked out ahead: eight indices a row, by address.
 struct Dithered_Source {
   using Pixel = std::uint8_t;
-  using Kinds = Lanes<>;
-  static constexpr bool constant = true;
+  using Values = Interpolants<>;
+  using Cursor = Dithered_Row_Cursor;
 
   Dithered_Color color;
 
-  struct Running {
-    std::uint64_t row;
-    Pixel value(const Pixel* to) const { return byte_by_address(row, to); }
-    void advance() {}
-    void advance(std::int32_t) {}
-  };
   template <class View>
-  Running begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
+  Cursor begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
     return {color.row(y)};
   }
   template <class View>
@@ -153,8 +107,7 @@ struct Dithered_Source {
 /// differ from `Dithered_Source` by a threshold step.
 struct Rounded_Dither_Source {
   using Pixel = std::uint8_t;
-  using Kinds = Lanes<>;
-  static constexpr bool constant = false;
+  using Values = Interpolants<>;
 
   Cube cube;
   Channels at;
@@ -163,7 +116,8 @@ struct Rounded_Dither_Source {
     at = {rounded_up(at.red), rounded_up(at.green), rounded_up(at.blue)};
   }
 
-  struct Running {
+  struct Cursor {
+    static constexpr bool constant = false;
     const Rounded_Dither_Source& source;
     Dither_Row row;
     Pixel value(const Pixel* to) const {
@@ -173,7 +127,7 @@ struct Rounded_Dither_Source {
     void advance(std::int32_t) {}
   };
   template <class View>
-  Running begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
+  Cursor begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
     return {*this, Dither_Row(y)};
   }
 
@@ -186,12 +140,12 @@ struct Rounded_Dither_Source {
 /// Scaled red, green and blue from the edges, dithered at each pixel.
 struct Gouraud_Dither_Source {
   using Pixel = std::uint8_t;
-  using Kinds = Lanes<Position_Lane, Position_Lane, Position_Lane>;
-  static constexpr bool constant = false;
+  using Values = Gouraud_Source::Values;
 
   Cube cube;
 
-  struct Running {
+  struct Cursor {
+    static constexpr bool constant = false;
     const Cube& cube;
     Dither_Row row;
     Stepped_Rgb at;
@@ -206,8 +160,7 @@ struct Gouraud_Dither_Source {
   };
 
   template <class View>
-  Running begin(const Span_Start& start, std::int32_t y, const View& left,
-                const View& right) const {
+  Cursor begin(const Span_Start& start, std::int32_t y, const View& left, const View& right) const {
     return {cube, Dither_Row(y),
             Stepped_Rgb{channel(start, left[0], right[0]), channel(start, left[1], right[1]),
                         channel(start, left[2], right[2])}};
@@ -237,4 +190,4 @@ struct Gouraud_Dither_Source {
   }
 };
 
-}  // namespace zbuffer
+}  // namespace zbuffer::triangles

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "module/core/fixed_point.h"
-#include "module/pixels/blend.h"
+#include "module/pixels/blend_255.h"
 #include "tests/support/random.h"
 
 namespace {
@@ -35,16 +35,16 @@ TEST(Arithmetic, BlendsAreTheFormula) {
     const std::uint32_t a = i >> 10, s = i >> 2 & 255;
     const std::uint32_t source = a << 24 | (s ^ 0x5A) << 16 | (255 - s) << 8 | s;
     const auto rule = static_cast<Alpha_Rule>(i & 3);
-    const Mix mix(source, rule);
+    const Constant_Blend_255 mix(source, rule);
     std::uint32_t old[9], run[9];
     for (std::uint32_t at = 0; at < 9; ++at) {
       const std::uint32_t p = (at * 31 + s) & 255;
       run[at] = old[at] = (p ^ 0x3C) << 24 | p << 16 | (at % 2 ? 255u : 0u) << 8 | (255 - p);
     }
-    mix.run(run, static_cast<std::ptrdiff_t>(s % 10));
+    mix.run(run, static_cast<std::ptrdiff_t>(s % 10), source);
     for (std::uint32_t at = 0; at < 9; ++at) {
       const std::uint32_t expected = plain_mix(source, rule, old[at]);
-      ASSERT_EQ(mix(old[at]), expected) << std::hex << source << " over " << old[at];
+      ASSERT_EQ(mix(old[at], source), expected) << std::hex << source << " over " << old[at];
       ASSERT_EQ(run[at], at < s % 10 ? expected : old[at]) << std::hex << source << " in a run";
       if (rule == by_alpha) {
         ASSERT_EQ(blended_by_source<by_alpha>(old[at], source), expected);
@@ -68,7 +68,7 @@ bool right_steps(std::int32_t d, std::int32_t n) {
   const bool shifts = n == 2 || n == 4 || n == 8;  // these round down
   const std::int32_t floor = d / n - (d % n < 0 ? 1 : 0);
   return line_step(d, n) == plain_step(d, n, 16) && depth_step(d, n) == plain_step(d, n, 15) &&
-         as_signed(Step_Count(n).span_step(d)) == (shifts ? floor : d / n);
+         as_signed(Divisor(n).span_step(d)) == (shifts ? floor : d / n);
 }
 
 TEST(Arithmetic, StepsOverEdgeValuesAndRandomOnes) {
@@ -105,7 +105,7 @@ TEST(Arithmetic, SmallStepsOverTheirDomain) {
   std::vector<std::int32_t> counts = {600, 1023, 1024, 1025, 4097, 12345, 28760, 32760, 65535};
   for (int n = 1; n <= 100; ++n) counts.push_back(n);
   for (const std::int32_t n : counts) {
-    const Step_Count count(n);
+    const Divisor count(n);
     for (std::int32_t d = -65535; d <= 65535; ++d) {
       const bool position_right =
           d < -32767 || d > 32767 || count.small_step<Position>(d) == plain_step(d, n, 16);

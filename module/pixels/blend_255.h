@@ -1,10 +1,10 @@
-// Alpha blending of direct colours.
+// The blend of faces and images, in 255ths.
 //
-//   new = (s * a + p * (255 - a)) / 255     per channel, truncated
+//   new = (s * a + d * (255 - a)) / 255     per channel, truncated
 //
-// A `Mix` holds what of this is constant for a colour, with a factor of its own for the alpha
-// byte, so that storing, blending with either treatment of the alpha byte, and leaving the pixel
-// alone are the same pixel operation with other numbers, and no pixel asks which it is.
+// A `Constant_Blend_255` holds what of this is constant for a colour, with a factor of its own for
+// the alpha byte, so that storing, blending with either treatment of the alpha byte, and leaving
+// the pixel alone are the same pixel operation with other numbers, and no pixel tests which it is.
 #pragma once
 
 #include <array>
@@ -21,7 +21,15 @@ constexpr Number divided_by_255(Number x) {
   return static_cast<Number>((x + 1 + (x >> 8)) >> 8);
 }
 
+/// s * a + d * b in 255ths, for factors a and b that add up to 255.
+template <class Number>
+constexpr Number mixed_255(Number s, Number a, Number d, Number b) {
+  return divided_by_255<Number>(s * a + d * b);
+}
+
 constexpr std::uint32_t opaque_alpha = 0xFF000000u;
+/// Blue and red of a word; green and alpha lie between them.
+constexpr std::uint32_t outer_channels = 0x00FF00FFu;
 
 constexpr std::uint32_t byte_of(std::uint32_t word, int index) {
   return (word >> (8 * index)) & 255;
@@ -38,10 +46,12 @@ enum class Alpha_Rule : std::uint8_t {
   by_alpha_keeping  ///< the same, but a blended pixel keeps its alpha byte
 };
 
-class Mix {
+class Constant_Blend_255 {
  public:
+  static constexpr bool branch_free = true;
+
   /// The pixel operation of `word` under `rule`.
-  constexpr Mix(std::uint32_t word, Alpha_Rule rule) {
+  constexpr Constant_Blend_255(std::uint32_t word, Alpha_Rule rule) {
     const std::uint32_t a = alpha_of(word);
     const bool by_alpha = rule == Alpha_Rule::by_alpha || rule == Alpha_Rule::by_alpha_keeping;
     if (rule == Alpha_Rule::store || (by_alpha && a == 255)) {
@@ -55,7 +65,8 @@ class Mix {
     }
   }
 
-  constexpr std::uint32_t operator()(std::uint32_t old) const {
+  /// The new pixel; the source repeats the colour that the blend was made with.
+  constexpr std::uint32_t operator()(std::uint32_t old, std::uint32_t) const {
     std::uint32_t result = 0;
     for (int i = 0; i < 4; ++i) {
       const auto at = static_cast<std::size_t>(i);
@@ -66,7 +77,7 @@ class Mix {
   }
 
   /// Replaces `count` pixels from `to` on, four at a time.
-  void run(std::uint32_t* to, std::ptrdiff_t count) const {
+  void run(std::uint32_t* to, std::ptrdiff_t count, const auto&) const {
     const Shorts added = doubled(added_);
     const Shorts kept = doubled(kept_);
     for (; count >= 4; count -= 4, to += 4) {
@@ -78,7 +89,7 @@ class Mix {
       }
       std::memcpy(to, pixels, sizeof pixels);
     }
-    for (; count > 0; --count, ++to) *to = (*this)(*to);
+    for (; count > 0; --count, ++to) *to = (*this)(*to, 0);
   }
 
  private:
@@ -112,11 +123,21 @@ constexpr std::uint32_t blended_by_source(std::uint32_t old, std::uint32_t sourc
   const std::uint32_t a = alpha_of(source);
   const std::uint32_t b = 255 - a;
   const auto channel = [&](int i) {
-    return divided_by_255(byte_of(source, i) * a + byte_of(old, i) * b) << (8 * i);
+    return mixed_255(byte_of(source, i), a, byte_of(old, i), b) << (8 * i);
   };
   const std::uint32_t color = channel(0) | channel(1) | channel(2);
   const std::uint32_t keeps = rule == Alpha_Rule::by_alpha ? a == 0 : a != 255;
   return color | (keeps ? old & opaque_alpha : opaque_alpha);
 }
+
+/// The same as a blend.
+template <Alpha_Rule rule>
+struct Source_Blend_255 {
+  static constexpr bool branch_free = true;
+
+  std::uint32_t operator()(std::uint32_t old, std::uint32_t source) const {
+    return blended_by_source<rule>(old, source);
+  }
+};
 
 }  // namespace zbuffer

@@ -1,4 +1,5 @@
-// A texture as it is drawn here: one image of 32-bit texels, read at whole coordinates.
+// The sampler: a texture as it is drawn here, one image of 32-bit texels, read at whole
+// coordinates.
 //
 //   column = u & (width - 1)
 //   line   = (height - 1) - (v & (height - 1))      v = 0 is the last line in memory
@@ -13,11 +14,11 @@
 
 namespace zbuffer::textures {
 
-class Texture {
+class Sampler {
  public:
   static constexpr std::uint32_t tile = 2;  ///< of `wrap_s` and `wrap_t`
 
-  Texture(const KT_Texture_Source_Data& source, const KT_Shared_Image_Data& image)
+  Sampler(const KT_Texture_Source_Data& source, const KT_Shared_Image_Data& image)
       : lines_(image.scan_lines),
         column_mask_(as_word(image.width - 1)),
         line_mask_(as_word(image.height - 1)),
@@ -72,7 +73,7 @@ struct Held_Texture {
 
   /// Without an image of at least one texel there is nothing to draw with.
   bool usable() const { return image && image->width > 0 && image->height > 0; }
-  Texture texture() const { return Texture(*source, *image); }
+  Sampler sampler() const { return Sampler(*source, *image); }
 };
 
 }  // namespace zbuffer::textures

@@ -1,9 +1,10 @@
-// Inks: what a texel and a tint make of a pixel. An ink is set to a row of the buffer and then
-// makes pixels, four at a time or, for short spans, one; `alpha` tells of each whether it shows.
+// Blends: what a texel and a modulation make of a pixel. A blend is set to a row of the buffer and
+// then makes pixels, four at a time or, for short spans, one; `alpha` tells of each whether it
+// shows.
 #pragma once
 
-#include "module/pixels/blend.h"
-#include "module/textures/tints.h"
+#include "module/pixels/blend_255.h"
+#include "module/textures/modulation.h"
 
 namespace zbuffer::textures {
 
@@ -17,15 +18,15 @@ struct Made {
 /// Mapped colour: a place in the cube by ordered dither, without a clamp.
 ///
 ///   q = (((texel byte * factor) >> 8) + threshold) >> 16     index = sum of q * stride, 8 bits
-class Index_Ink {
+class Dither_Blend {
  public:
   using Pixel = std::uint8_t;
 
-  Index_Ink(const Cube& cube, std::uint8_t contrast) : cube_(cube), contrast_(contrast) {}
+  Dither_Blend(const Cube& cube, std::uint8_t contrast) : cube_(cube), contrast_(contrast) {}
 
   class Row {
    public:
-    Row(const Index_Ink& ink, std::int32_t y) : ink_(ink) {
+    Row(const Dither_Blend& blend, std::int32_t y) : blend_(blend) {
       const std::uint16_t* thresholds = &SHARED.dither_table[(y & 7) * 8];
       for (std::size_t i = 0; i < 16; ++i) thresholds_[i] = thresholds[i & 7];
     }
@@ -44,7 +45,7 @@ class Index_Ink {
     Quad thresholds(const Pixel* to) const {
       return load_quad(thresholds_ + (reinterpret_cast<std::uintptr_t>(to) & 7));
     }
-    const Cube& cube() const { return ink_.cube_; }
+    const Cube& cube() const { return blend_.cube_; }
     // Blue counts with stride 1.
     Quad index(Quad red, Quad green, Quad blue) const {
       return red * std::uint32_t{cube().red_stride} + green * std::uint32_t{cube().green_stride} +
@@ -52,7 +53,7 @@ class Index_Ink {
     }
 
    private:
-    const Index_Ink& ink_;
+    const Dither_Blend& blend_;
     std::uint16_t thresholds_[16];  // of two repeats, for four from any column
   };
 
@@ -64,24 +65,24 @@ class Index_Ink {
   std::uint8_t contrast_;
 };
 
-/// What the inks of direct colour share: rows do not matter, and a contrast colour.
-template <class Ink, Alpha_Rule contrast_rule>
-class Direct_Ink {
+/// What the blends of direct colour share: rows do not matter, and a contrast colour.
+template <class Blend, Alpha_Rule contrast_rule>
+class Direct_Blend {
  public:
   using Pixel = std::uint32_t;
 
-  explicit Direct_Ink(KT_RGB32 contrast) : contrast_(contrast.word(), contrast_rule) {}
+  explicit Direct_Blend(KT_RGB32 contrast) : contrast_(contrast.word(), contrast_rule) {}
 
-  const Ink& row(std::int32_t) const { return static_cast<const Ink&>(*this); }
-  Pixel contrast(Pixel old) const { return contrast_(old); }
+  const Blend& row(std::int32_t) const { return static_cast<const Blend&>(*this); }
+  Pixel contrast(Pixel old) const { return contrast_(old, 0); }
 
  private:
-  Mix contrast_;
+  Constant_Blend_255 contrast_;
 };
 
 /// The texel word as it stands.
-struct Copy_Ink : Direct_Ink<Copy_Ink, Alpha_Rule::store> {
-  using Direct_Ink::Direct_Ink;
+struct Copy_Blend : Direct_Blend<Copy_Blend, Alpha_Rule::store> {
+  using Direct_Blend::Direct_Blend;
 
   template <class Factors>
   Made<Quad> make(Quad texels, const Factors&, Quad, const Pixel*) const {
@@ -91,8 +92,8 @@ struct Copy_Ink : Direct_Ink<Copy_Ink, Alpha_Rule::store> {
 };
 
 /// The texel by the colours, alpha 255.
-struct Modulated_Ink : Direct_Ink<Modulated_Ink, Alpha_Rule::store> {
-  using Direct_Ink::Direct_Ink;
+struct Modulated_Copy_Blend : Direct_Blend<Modulated_Copy_Blend, Alpha_Rule::store> {
+  using Direct_Blend::Direct_Blend;
 
   Made<Quad> make(Quad texels, const Direct_Factors& factors, Quad, const Pixel*) const {
     return {factors.colors(texels) | opaque_alpha, Quad{}};
@@ -103,8 +104,8 @@ struct Modulated_Ink : Direct_Ink<Modulated_Ink, Alpha_Rule::store> {
 };
 
 /// The texel by its own alpha.
-struct Blended_Ink : Direct_Ink<Blended_Ink, Alpha_Rule::by_alpha> {
-  using Direct_Ink::Direct_Ink;
+struct Alpha_Blend : Direct_Blend<Alpha_Blend, Alpha_Rule::by_alpha> {
+  using Direct_Blend::Direct_Blend;
 
   template <class Factors>
   Made<Quad> make(Quad texels, const Factors&, Quad old, const Pixel*) const {
@@ -120,8 +121,8 @@ struct Blended_Ink : Direct_Ink<Blended_Ink, Alpha_Rule::by_alpha> {
 /// Nothing holds the products within a byte: interpolated channels may run beyond their ends. Then
 /// colours are signed 16 bits, alpha unsigned, the sum of the blend wraps, its division truncates
 /// and the low byte is stored.
-struct Modulated_Blended_Ink : Direct_Ink<Modulated_Blended_Ink, Alpha_Rule::by_alpha> {
-  using Direct_Ink::Direct_Ink;
+struct Modulated_Alpha_Blend : Direct_Blend<Modulated_Alpha_Blend, Alpha_Rule::by_alpha> {
+  using Direct_Blend::Direct_Blend;
 
   Made<Quad> make(Quad texels, const Direct_Factors& factors, Quad old, const Pixel*) const {
     if (factors.in_range()) [[likely]] {

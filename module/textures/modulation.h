@@ -1,14 +1,14 @@
-// Tints: what a texel is multiplied by. A tint is started at a span from the lanes of its edges and
-// then gives factors for four pixels at a time. Short spans ask for the products with the left
-// edge's factors and with the means of both edges.
+// Modulations: what a texel is multiplied by. A modulation is started at a span from the
+// interpolants of its edges and then gives factors for four pixels at a time. Short spans ask for
+// the products with the left edge's factors and with the means of both edges.
 //
 //   product of a channel = (texel byte * factor) >> 16
 #pragma once
 
 #include "module/pixels/dither.h"
 #include "module/pixels/quad.h"
-#include "module/textures/lanes.h"
 #include "module/raster/span_start.h"
+#include "module/textures/interpolants.h"
 
 namespace zbuffer::textures {
 
@@ -24,15 +24,15 @@ struct Products {
 };
 
 /// No colours: the texel is taken as it is.
-struct No_Tint {
-  using Kinds = Lanes<>;
+struct No_Modulation {
+  using Values = Interpolants<>;
 
   struct Factors {};
-  struct Running {
+  struct Cursor {
     Factors at(std::int32_t) const { return {}; }
   };
   template <class Edge>
-  Running begin(const Span_Start&, const Edge&, const Edge&) const {
+  Cursor begin(const Span_Start&, const Edge&, const Edge&) const {
     return {};
   }
   template <class Edge>
@@ -52,43 +52,43 @@ struct Cube_Factors {
 };
 
 /// Mapped colour without vertex colours: full in every channel.
-class Full_Cube_Tint {
+class Full_Cube_Modulation {
  public:
-  using Kinds = Lanes<>;
+  using Values = Interpolants<>;
 
-  explicit Full_Cube_Tint(const Cube& cube)
+  explicit Full_Cube_Modulation(const Cube& cube)
       : running_{{full(cube.scale.red), full(cube.scale.green), full(cube.scale.blue)}} {}
 
-  struct Running {
+  struct Cursor {
     Cube_Factors<Word> at_start;
     const Cube_Factors<Word>& at(std::int32_t) const { return at_start; }
   };
   template <class Edge>
-  Running begin(const Span_Start&, const Edge&, const Edge&) const {
+  Cursor begin(const Span_Start&, const Edge&, const Edge&) const {
     return running_;
   }
 
  private:
   static Word full(std::int32_t scale) { return as_word(scale) * 65280 + 128; }
 
-  Running running_;
+  Cursor running_;
 };
 
 /// Mapped colour with vertex colours: three channels scaled by the cube.
-struct Cube_Tint {
-  using Kinds = Lanes<Byte_Lane, Byte_Lane, Byte_Lane>;
+struct Cube_Modulation {
+  using Values = Interpolants<Byte_Interpolant, Byte_Interpolant, Byte_Interpolant>;
 
   Cube cube;
 
-  struct Running {
+  struct Cursor {
     Quad_Line red, green, blue;
 
     Cube_Factors<Quad> at(std::int32_t i) const { return {red.at(i), green.at(i), blue.at(i)}; }
   };
   template <class Edge>
-  Running begin(const Span_Start& start, const Edge& left, const Edge& right) const {
+  Cursor begin(const Span_Start& start, const Edge& left, const Edge& right) const {
     const auto channel = [&](std::size_t i) {
-      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
+      return between_edges(start, left[first_channel + i], right[first_channel + i]);
     };
     return {channel(0), channel(1), channel(2)};
   }
@@ -96,9 +96,9 @@ struct Cube_Tint {
   template <class Vertex>
   void put_color(Vertex& vertex, KT_RGB32 color) const {
     const Channels scaled = cube.scaled(color);
-    vertex.value[first_channel_lane] = scaled.red;
-    vertex.value[first_channel_lane + 1] = scaled.green;
-    vertex.value[first_channel_lane + 2] = scaled.blue;
+    vertex.value[first_channel] = scaled.red;
+    vertex.value[first_channel + 1] = scaled.green;
+    vertex.value[first_channel + 2] = scaled.blue;
   }
 };
 
@@ -113,8 +113,8 @@ struct Direct_Factors {
   }
   /// The low bytes of the products, as a colour.
   Quad colors(Quad texels) const {
-    constexpr std::uint32_t even = 0x00FF00FFu;  // blue and red; green and alpha lie between
-    return pair(texels & even, blue, red) | (pair((texels >> 8) & even, green, alpha) << 8);
+    return pair(texels & outer_channels, blue, red) |
+           (pair((texels >> 8) & outer_channels, green, alpha) << 8);
   }
   Products products(std::size_t i, Word texel) const {
     return {byte_of(texel, 2) * red[i] >> 16, byte_of(texel, 1) * green[i] >> 16,
@@ -136,13 +136,13 @@ struct Direct_Factors {
 };
 
 /// Direct colour with vertex colours: red, green and blue, with `Channel_Count` of 4 alpha too.
-enum class Tint_Alpha : std::uint8_t { none, carried };
+enum class Modulation_Alpha : std::uint8_t { none, carried };
 
-template <class Lane, Tint_Alpha alpha>
-struct Direct_Tint {
-  static constexpr bool has_alpha = alpha == Tint_Alpha::carried;
-  using Kinds =
-      std::conditional_t<has_alpha, Lanes<Lane, Lane, Lane, Lane>, Lanes<Lane, Lane, Lane>>;
+template <class Channel, Modulation_Alpha alpha>
+struct Direct_Modulation {
+  static constexpr bool has_alpha = alpha == Modulation_Alpha::carried;
+  using Values = std::conditional_t<has_alpha, Interpolants<Channel, Channel, Channel, Channel>,
+                                    Interpolants<Channel, Channel, Channel>>;
 
   struct Color_Running {
     Quad_Line red, green, blue;
@@ -159,12 +159,12 @@ struct Direct_Tint {
       return factors;
     }
   };
-  using Running = std::conditional_t<has_alpha, Alpha_Running, Color_Running>;
+  using Cursor = std::conditional_t<has_alpha, Alpha_Running, Color_Running>;
 
   template <class Edge>
-  Running begin(const Span_Start& start, const Edge& left, const Edge& right) const {
+  Cursor begin(const Span_Start& start, const Edge& left, const Edge& right) const {
     const auto channel = [&](std::size_t i) {
-      return between_edges(start, left[first_channel_lane + i], right[first_channel_lane + i]);
+      return between_edges(start, left[first_channel + i], right[first_channel + i]);
     };
     const Color_Running color{channel(0), channel(1), channel(2)};
     if constexpr (has_alpha) {
@@ -176,16 +176,16 @@ struct Direct_Tint {
 
   template <class Edge>
   Products at_left(Word texel, const Edge& left) const {
-    const auto product = [&](std::size_t lane, int byte) {
-      return byte_of(texel, byte) * left[first_channel_lane + lane] >> 16;
+    const auto product = [&](std::size_t interpolant, int byte) {
+      return byte_of(texel, byte) * left[first_channel + interpolant] >> 16;
     };
     return products(product);
   }
   // The sum of both edges is multiplied before it is halved.
   template <class Edge>
   Products at_mean(Word texel, const Edge& left, const Edge& right) const {
-    const auto product = [&](std::size_t lane, int byte) {
-      const std::size_t at = first_channel_lane + lane;
+    const auto product = [&](std::size_t interpolant, int byte) {
+      const std::size_t at = first_channel + interpolant;
       return byte_of(texel, byte) * (left[at] + right[at]) >> 17;
     };
     return products(product);
@@ -193,10 +193,10 @@ struct Direct_Tint {
 
   template <class Vertex>
   void put_color(Vertex& vertex, KT_RGB32 color) const {
-    vertex.value[first_channel_lane] = color.red;
-    vertex.value[first_channel_lane + 1] = color.green;
-    vertex.value[first_channel_lane + 2] = color.blue;
-    if constexpr (has_alpha) vertex.value[first_channel_lane + 3] = color.alpha;
+    vertex.value[first_channel] = color.red;
+    vertex.value[first_channel + 1] = color.green;
+    vertex.value[first_channel + 2] = color.blue;
+    if constexpr (has_alpha) vertex.value[first_channel + 3] = color.alpha;
   }
 
  private:

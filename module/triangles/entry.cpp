@@ -1,0 +1,156 @@
+// Entry steps of strips, the four layers, and the way of a strip that crosses the hard clip.
+#include "module/triangles/entry.h"
+
+#include "module/core/scratch.h"
+#include "module/core/strip_actions.h"
+#include "module/lines/strip_edges.h"
+#include "module/pixels/mask.h"
+#include "module/pixels/pixel_bits.h"
+#include "module/raster/near_flat.h"
+#include "module/raster/strip_split.h"
+#include "module/triangles/rules.h"
+#include "module/triangles/scans.h"
+
+namespace zbuffer::triangles {
+namespace {
+
+const Scans& scans_of(Variant variant) {
+  static constexpr const Scans* by_variant[variant_count] = {&scans_rgb_alpha,   &scans_rgb,
+                                                             &scans_mapped,      &scans_mapped_z,
+                                                             &scans_rgb_alpha_z, &scans_rgb_z};
+  return *by_variant[index_of(variant)];
+}
+
+void scan(Routine r, const Strip_Call& strip, const Scans::Table& table) {
+  table[static_cast<std::size_t>(r.kind)][static_cast<std::size_t>(r.masking)](strip);
+}
+
+/// The framework's general routine of the same action.
+void call_standard(Routine r, const Strip_Call& strip) {
+  switch (r.layer) {
+    case Layer::float_any:
+      return hand_over(r.kind, strip, strip.floats, KD_Standard_Draw_2D_Polytriangle,
+                       KD_Standard_Draw_2D_Colorized_Polytriangle,
+                       KD_Standard_Draw_2D_Gouraud_Polytriangle);
+    case Layer::float_inside:
+      return hand_over(r.kind, strip, strip.floats, KD_Standard_Draw_DC_Polytriangle,
+                       KD_Standard_Draw_DC_Colorized_Polytriangle,
+                       KD_Standard_Draw_DC_Gouraud_Polytriangle);
+    case Layer::int_any:
+      return hand_over(r.kind, strip, strip.points, KD_Standard_Draw_2DI_Polytriangle,
+                       KD_Standard_Draw_2DI_Colorized_Polytriangle,
+                       KD_Standard_Draw_2DI_Gouraud_Polytriangle);
+    case Layer::int_inside:
+      return hand_over(r.kind, strip, strip.points, KD_Standard_Draw_DCI_Polytriangle,
+                       KD_Standard_Draw_DCI_Colorized_Polytriangle,
+                       KD_Standard_Draw_DCI_Gouraud_Polytriangle);
+  }
+}
+
+const Entry_Steps& steps_of(Routine r) {
+  return entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)];
+}
+
+/// Does what `step` does, whose test holds; returns whether it took the call.
+bool take(Entry_Step step, Routine r, const Strip_Call& strip) {
+  switch (step) {
+    case Entry_Step::blending:
+    case Entry_Step::merging:
+      enter(r.in(with_alpha(r.variant)), strip);
+      return true;
+    case Entry_Step::blending_filled:
+      // The steps of the blending variant after its edge step, and its scan.
+      r = r.in(with_alpha(r.variant));
+      if (!taken({Entry_Step::standard_pattern, Entry_Step::depth_off}, r, strip, take)) {
+        scan(r, strip, scans_of(r.variant).inside);
+      }
+      return true;
+    case Entry_Step::merging_opaque: {
+      KT_RGB32 color = *strip.colors;
+      color.alpha = 255;
+      enter(r.in(with_alpha(r.variant)), strip.in_one_color(&color));
+      return true;
+    }
+    case Entry_Step::edges:
+      lines::draw_strip_edges(strip);
+      return true;
+    case Entry_Step::standard_pattern:
+      call_standard(r, strip);
+      return true;
+    case Entry_Step::depth_off:
+      enter(r.in(without_depth(r.variant)), strip);
+      return true;
+    case Entry_Step::mask:
+      if (!mask_in_force(strip.renderer, strip.rendition)) return false;
+      enter(r.masked(), strip);
+      return true;
+    case Entry_Step::nothing_to_draw:
+      return true;
+    default:
+      return false;  // of other families
+  }
+}
+
+void convert(Routine r, const Strip_Call& strip) {
+  Scratch<KT_DCI_Point> points(strip.count);
+  round_points(strip.floats, strip.count, points.data(), rules::point_z(r));
+  enter(r.at(integer_layer(r.layer)), strip.with_points(strip.count, points.data()));
+}
+
+void draw_whole(Routine r, const Strip_Call& s) {
+  if (rules::whole_strips(r) == Whole_Strip::by_call) return enter(r.at(Layer::int_inside), s);
+  const KT_Action_Table& actions = s.renderer.actions;
+  if (r.kind == Kind::gouraud) {
+    actions.call<KT_Action::Draw_DCI_Gouraud_Polytriangle>(s.rendition, s.count, s.points,
+                                                           s.colors);
+  } else {
+    actions.call<KT_Action::Draw_DCI_Colorized_Polytriangle>(s.rendition, s.count, s.points,
+                                                             s.colors, s.single_color);
+  }
+}
+
+void draw_clipped(Routine r, const Strip_Call& triangle) {
+  if (r.kind == Kind::gouraud && near_flat_clipped(triangle.colors)) {
+    return draw_clipped(r.of(Kind::colorized), triangle.in_one_color(triangle.colors));
+  }
+  scan(r, triangle, scans_of(r.variant).clipped);
+}
+
+void draw_anywhere(Routine r, const Strip_Call& strip) {
+  Scratch<short> codes(strip.count);
+  const int inside =
+      KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
+  if (inside == strip.count) return draw_whole(r, strip);
+  if (inside == 0 || draws_nothing(strip.rendition)) return;
+  split_strip(
+      strip.count, codes.data(),
+      [&](int first, int count) {
+        enter(r.at(Layer::int_inside), strip.part(r.kind, first, count));
+      },
+      [&](int first) { draw_clipped(r, strip.part(r.kind, first, 3)); });
+}
+
+}  // namespace
+
+void enter(Routine r, const Strip_Call& strip) {
+  const Entry_Steps& steps = steps_of(r);
+  if (r.kind == Kind::flat && !is_mapped(r.variant)) {
+    const KT_RGB32 color = strip.material().color;  // a copy, which nothing called can change
+    const Strip_Call colorized = strip.in_one_color(&color);
+    r = r.of(Kind::colorized);
+    if (!taken(steps, r, colorized, take)) enter(r, colorized);
+    return;
+  }
+  if (taken(steps, r, strip, take)) return;
+  switch (r.layer) {
+    case Layer::float_any:
+    case Layer::float_inside:
+      return convert(r, strip);
+    case Layer::int_any:
+      return draw_anywhere(r, strip);
+    case Layer::int_inside:
+      return scan(r, strip, scans_of(r.variant).inside);
+  }
+}
+
+}  // namespace zbuffer::triangles
