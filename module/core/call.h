@@ -28,19 +28,30 @@ struct Strip_Call : Call {
   const KT_RGB32* colors = nullptr;
   bool single_color = false;
 
+  // Most calls pass the layers without a copy: what a layer changes, it changes in place.
+
+  /// Gives the call other points.
+  void set_points(int other_count, const KT_DCI_Point* other) {
+    count = other_count;
+    points = other;
+    floats = nullptr;
+  }
+  /// Gives the call one colour, which must outlive it.
+  void set_one_color(const KT_RGB32* color) {
+    colors = color;
+    single_color = true;
+  }
+
   /// The same call with other points.
   Strip_Call with_points(int other_count, const KT_DCI_Point* other) const {
     Strip_Call call(*this);
-    call.count = other_count;
-    call.points = other;
-    call.floats = nullptr;
+    call.set_points(other_count, other);
     return call;
   }
   /// The same call in one colour, which must outlive it.
   Strip_Call in_one_color(const KT_RGB32* color) const {
     Strip_Call call(*this);
-    call.colors = color;
-    call.single_color = true;
+    call.set_one_color(color);
     return call;
   }
   /// `part_count` points from point `first` on, with their colours.

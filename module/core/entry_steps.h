@@ -135,18 +135,23 @@ constexpr Entry_Step_Set steps_in(const std::array<Entry_Steps, count>& table) {
   return all;
 }
 
-/// Walks the steps at the head of `routine`; returns whether one took the call. The family's
-/// `take(step, routine, call)` does what a step does and returns whether its test held after all.
-template <class Family_Routine, class Family_Call>
-bool taken(const Entry_Steps& steps, const Family_Routine& routine, const Family_Call& call,
-           bool (*take)(Entry_Step, Family_Routine, const Family_Call&)) {
-  if (!steps.set.meets(call.held)) [[likely]]
-    return false;
+/// Walks the steps of a routine; returns whether one took the call.
+template <auto take, class Family_Routine, class Family_Call>
+[[gnu::noinline]] bool walk_steps(const Entry_Steps& steps, Family_Routine routine,
+                                  Family_Call& call) {
   for (const Entry_Step step : steps.list) {
     if (step == Entry_Step::none) return false;
     if (call.held.has(step) && take(step, routine, call)) return true;
   }
   return false;
+}
+
+/// Whether one of the steps at the head of `routine` takes the call. The family's
+/// `take(step, routine, call)` does what a step does and returns whether its test held after all.
+/// Mostly none can hold, which costs one comparison.
+template <auto take, class Family_Routine, class Family_Call>
+bool taken(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {
+  return steps.set.meets(call.held) && walk_steps<take>(steps, routine, call);
 }
 
 }  // namespace zbuffer

@@ -78,7 +78,8 @@ class Members {
     };
     [&]<std::size_t... i>(std::index_sequence<i...>) {
       (take_last(std::get<sizeof...(i) - 1 - i>(made)), ...);
-    }(std::index_sequence_for<Properties...>{});
+    }
+    (std::index_sequence_for<Properties...>{});
     return made;
   }
 

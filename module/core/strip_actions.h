@@ -16,16 +16,18 @@ struct Strip_Actions {
 
   static void flat(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                    const Point* points) {
-    enter({layer, Kind::flat, variant}, call(object, rendition, count, points, nullptr, false));
+    Strip_Call strip = call(object, rendition, count, points, nullptr, false);
+    enter({layer, Kind::flat, variant}, strip);
   }
   static void colorized(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                         const Point* points, const KT_RGB32* colors, bool single_color) {
-    enter({layer, Kind::colorized, variant},
-          call(object, rendition, count, points, colors, single_color));
+    Strip_Call strip = call(object, rendition, count, points, colors, single_color);
+    enter({layer, Kind::colorized, variant}, strip);
   }
   static void gouraud(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                       const Point* points, const KT_RGB32* colors) {
-    enter({layer, Kind::gouraud, variant}, call(object, rendition, count, points, colors, false));
+    Strip_Call strip = call(object, rendition, count, points, colors, false);
+    enter({layer, Kind::gouraud, variant}, strip);
   }
 
   template <KT_Action flat_action, KT_Action colorized_action, KT_Action gouraud_action>

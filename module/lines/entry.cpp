@@ -56,9 +56,11 @@ Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
 void draw_outlined(Routine r, const Strip_Call& line) {
   KT_Rendition temporary = line.rendition;
   prepare_outline_rendition(temporary);
-  enter(r, drawn_by(temporary, line));
+  Strip_Call outline = drawn_by(temporary, line);
+  enter(r, outline);
   prepare_core_rendition(line.rendition, temporary);
-  enter(r, drawn_by(temporary, line));
+  Strip_Call core = drawn_by(temporary, line);
+  enter(r, core);
 }
 
 /// The rendition's colour, for a flat list that goes on as a colorized one.
@@ -69,7 +71,7 @@ KT_RGB32 flat_color(Routine r, const Strip_Call& line) {
 }
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Routine r, const Strip_Call& line) {
+bool take(Entry_Step step, Routine r, Strip_Call& line) {
   switch (step) {
     case Entry_Step::nothing_to_draw:
     case Entry_Step::too_few_points:
@@ -83,7 +85,8 @@ bool take(Entry_Step step, Routine r, const Strip_Call& line) {
       return true;
     case Entry_Step::wide_line: {
       const KT_RGB32 color = flat_color(r, line);
-      call_standard(r.of(Kind::colorized), line.in_one_color(&color));
+      line.set_one_color(&color);
+      call_standard(r.of(Kind::colorized), line);
       return true;
     }
     case Entry_Step::opaque_color:
@@ -109,7 +112,8 @@ bool take(Entry_Step step, Routine r, const Strip_Call& line) {
       return true;
     case Entry_Step::as_colorized: {
       const KT_RGB32 color = line.material().color;
-      enter(r.of(Kind::colorized), line.in_one_color(&color));
+      line.set_one_color(&color);
+      enter(r.of(Kind::colorized), line);
       return true;
     }
     case Entry_Step::as_blending:
@@ -175,12 +179,13 @@ void walk_list(Routine r, const Strip_Call& line, const short* codes) {
     if (codes[i] == 0 && codes[i + 1] == 0) {
       const int start = i++;
       while (codes[i + 1] == 0) ++i;
-      enter(r.at(Layer::int_inside), line.part(r.kind, start, i - start + 1));
+      Strip_Call part = line.part(r.kind, start, i - start + 1);
+      enter(r.at(Layer::int_inside), part);
     }
   }
 }
 
-void draw_anywhere(Routine r, const Strip_Call& line) {
+void draw_anywhere(Routine r, Strip_Call& line) {
   Scratch<short, 66> codes(std::ptrdiff_t{line.count} + 2);
   const int inside =
       KD_Clip(line.display_context().hard_clip, line.count, line.points, codes.data());
@@ -193,8 +198,8 @@ void draw_anywhere(Routine r, const Strip_Call& line) {
 
 }  // namespace
 
-void enter(Routine r, const Strip_Call& line) {
-  if (taken(entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)], r, line, take)) {
+void enter(Routine r, Strip_Call& line) {
+  if (taken<take>(entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)], r, line)) {
     return;
   }
   if (r.layer == Layer::int_any) return draw_anywhere(r, line);

@@ -8,8 +8,9 @@
 
 namespace zbuffer::lines {
 
-/// Walks the entry steps of a routine, then does the layer's own work.
-void enter(Routine routine, const Strip_Call& line);
+/// Walks the entry steps of a routine, then does the layer's own work. The record of the call is
+/// the routine's to change.
+void enter(Routine routine, Strip_Call& line);
 
 /// A call of this family.
 Strip_Call polyline_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,

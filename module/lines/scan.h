@@ -86,8 +86,9 @@ bool drawn_in_one_color(const Strip_Call& line, int i) {
     if (!nearly_equal(colors[0], colors[1])) return false;
     constexpr Variant by =
         rule == Near_Rule::colorized ? member.variant : without_alpha(member.variant);
-    enter({Layer::int_inside, Kind::colorized, by},
-          line.with_points(2, line.points + i).in_one_color(colors));
+    Strip_Call pair = line.with_points(2, line.points + i);
+    pair.set_one_color(colors);
+    enter({Layer::int_inside, Kind::colorized, by}, pair);
     return true;
   } else {
     return false;

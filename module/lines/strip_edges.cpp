@@ -11,8 +11,8 @@ namespace {
 // Edges are drawn opaque, whichever variant the strip is drawn in.
 void draw_chain(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
                 const KT_DCI_Point* points) {
-  enter({Layer::int_any, Kind::flat, Variant::rgb_z},
-        polyline_call(renderer, rendition, count, points));
+  Strip_Call chain = polyline_call(renderer, rendition, count, points);
+  enter({Layer::int_any, Kind::flat, Variant::rgb_z}, chain);
 }
 
 // Every second point from `first` on.

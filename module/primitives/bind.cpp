@@ -24,7 +24,8 @@ void bind_polymarkers(Software_Z_Buffer& renderer, Variant variant) {
     bind<KT_Action::Draw_2DI_Polymarker>(
         renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, int count,
                      const KT_DCI_Point* points) {
-          enter_polymarker(v, polymarker_call(renderer_of(object), with, count, points));
+          Strip_Call markers = polymarker_call(renderer_of(object), with, count, points);
+          enter_polymarker(v, markers);
         });
   });
 }
@@ -36,7 +37,8 @@ void bind_rgb32_images(Software_Z_Buffer& renderer, Variant variant) {
         renderer,
         [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
            const KT_DCI_Point* end, int stride, const KT_RGB32* pixels, int, const KT_Packing*) {
-          enter_image(v, image_call(renderer_of(object), with, start, end, stride, pixels));
+          Image_Call image = image_call(renderer_of(object), with, start, end, stride, pixels);
+          enter_image(v, image);
         });
   });
 }
@@ -46,7 +48,8 @@ void bind_index8_images(Software_Z_Buffer& renderer, Variant variant) {
     bind<KT_Action::Draw_DCI_Index8_Image>(
         renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
                      const KT_DCI_Point* end, int stride, const std::uint8_t* pixels) {
-          enter_image(v, image_call(renderer_of(object), with, start, end, stride, pixels));
+          Image_Call image = image_call(renderer_of(object), with, start, end, stride, pixels);
+          enter_image(v, image);
         });
   });
 }

@@ -212,7 +212,7 @@ constexpr auto entry_steps =
         .all();
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Variant variant, const Image_Call& call) {
+bool take(Entry_Step step, Variant variant, Image_Call& call) {
   switch (step) {
     case blending:
       enter_image(with_alpha(variant), call);
@@ -234,8 +234,8 @@ bool take(Entry_Step step, Variant variant, const Image_Call& call) {
 
 }  // namespace
 
-void enter_image(Variant variant, const Image_Call& call) {
-  if (taken(entry_steps[Members<Variant>::index(variant)], variant, call, take)) return;
+void enter_image(Variant variant, Image_Call& call) {
+  if (taken<take>(entry_steps[Members<Variant>::index(variant)], variant, call)) return;
   draw(variant, Masking::open, alpha_of(variant), call);
 }
 

@@ -16,7 +16,7 @@ struct Image_Call : Call {
 
 /// Walks the entry steps of a variant's image, then draws it: 32-bit pixels in direct colour, 8-bit
 /// ones in mapped.
-void enter_image(Variant variant, const Image_Call& image);
+void enter_image(Variant variant, Image_Call& image);
 
 Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,

@@ -21,7 +21,7 @@ constexpr auto entry_steps =
         .all();
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Variant variant, const Strip_Call& markers) {
+bool take(Entry_Step step, Variant variant, Strip_Call& markers) {
   switch (step) {
     case opaque_color:
       if (markers.material().color.alpha != 255) return false;
@@ -64,8 +64,8 @@ void draw_markers(const Strip_Call& markers) {
 
 }  // namespace
 
-void enter_polymarker(Variant variant, const Strip_Call& markers) {
-  if (taken(entry_steps[Members<Variant>::index(variant)], variant, markers, take)) return;
+void enter_polymarker(Variant variant, Strip_Call& markers) {
+  if (taken<take>(entry_steps[Members<Variant>::index(variant)], variant, markers)) return;
   with_constant(variant, [&]<Variant v>() { draw_markers<v>(markers); });
 }
 

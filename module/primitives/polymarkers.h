@@ -6,7 +6,7 @@
 namespace zbuffer::primitives {
 
 /// Walks the entry steps of a variant's polymarker, then draws it. `Mapped_Z` has none.
-void enter_polymarker(Variant variant, const Strip_Call& markers);
+void enter_polymarker(Variant variant, Strip_Call& markers);
 
 /// A call of it.
 Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,

@@ -61,7 +61,7 @@ class Edge<Interpolants<Values...>> {
   static constexpr std::size_t value_count = sizeof...(Values);
   using Corner = Vertex<Interpolants<Values...>>;
 
-  Edge(const Corner& from, const Corner& to)
+  [[gnu::always_inline]] Edge(const Corner& from, const Corner& to)
       : Edge(from, to, std::index_sequence_for<Values...>{}) {}
 
   void advance() {
@@ -77,7 +77,7 @@ class Edge<Interpolants<Values...>> {
 
  private:
   template <std::size_t... at>
-  Edge(const Corner& from, const Corner& to, std::index_sequence<at...>) {
+  [[gnu::always_inline]] Edge(const Corner& from, const Corner& to, std::index_sequence<at...>) {
     const Divisor rows(to.y - from.y);
     ((value_[at] = Values::start(from.value[at])), ...);
     ((step_[at] = Values::step(rows, wrapped_difference(to.value[at], from.value[at]))), ...);

@@ -19,7 +19,8 @@ void draw_action(KT_Renderer_Data* object, const KT_Rendition& rendition, int co
   } else {
     strip.points = points;
   }
-  enter({set, layer}, {strip, parameters, parameter_width, extra_floats, vectors});
+  Textured_Call call{strip, parameters, parameter_width, extra_floats, vectors};
+  enter({set, layer}, call);
 }
 
 template <Set set>

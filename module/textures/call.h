@@ -15,13 +15,6 @@ struct Textured_Call : Strip_Call {
   const float* extra_floats;
   const KT_Vector* vectors;
 
-  /// The same call with other points.
-  Textured_Call with_points(const KT_DCI_Point* other) const {
-    Textured_Call call(*this);
-    call.points = other;
-    call.floats = nullptr;
-    return call;
-  }
   /// `length` points from point `first` on.
   Textured_Call part(int first, int length) const {
     Textured_Call call(*this);

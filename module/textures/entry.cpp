@@ -39,7 +39,7 @@ void call_standard(Textured_Routine r, const Textured_Call& s) {
 }
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Textured_Routine r, const Textured_Call& strip) {
+bool take(Entry_Step step, Textured_Routine r, Textured_Call& strip) {
   switch (step) {
     case Entry_Step::edges:
       lines::draw_strip_edges(strip);
@@ -49,13 +49,11 @@ bool take(Entry_Step step, Textured_Routine r, const Textured_Call& strip) {
       return true;
     case Entry_Step::nothing_to_draw:
       return true;
-    case Entry_Step::depth_off_standard: {
-      Textured_Call bare = strip;
-      bare.extra_floats = nullptr;
-      bare.vectors = nullptr;
-      call_standard(r, bare);
+    case Entry_Step::depth_off_standard:
+      strip.extra_floats = nullptr;
+      strip.vectors = nullptr;
+      call_standard(r, strip);
       return true;
-    }
     default:
       return false;  // of other families
   }
@@ -88,21 +86,22 @@ Texturing texturing_of(Textured_Routine r, const Textured_Call& strip, KT_Textur
   return source->modulate != 0 && usable ? Texturing::modulated : Texturing::plain;
 }
 
-void decide_texturing(Textured_Routine r, const Textured_Call& strip) {
+void decide_texturing(Textured_Routine r, Textured_Call& strip) {
   KT_Texture_Source source;  // held until the call is over
   const Texturing texturing = texturing_of(r, strip, source);
   if (texturing == Texturing::undecided) return call_standard(r, strip);
   enter(r.with(texturing), strip);
 }
 
-void convert(Textured_Routine r, const Textured_Call& strip) {
+void convert(Textured_Routine r, Textured_Call& strip) {
   Scratch<KT_DCI_Point> points(strip.count);
   round_points(strip.floats, strip.count, points.data());
-  enter(r.at(integer_layer(r.layer)), strip.with_points(points.data()));
+  strip.set_points(strip.count, points.data());
+  enter(r.at(integer_layer(r.layer)), strip);
 }
 
 /// A strip anywhere: parts of visible triangles, and single clipped ones.
-void draw_anywhere(Textured_Routine r, const Textured_Call& strip) {
+void draw_anywhere(Textured_Routine r, Textured_Call& strip) {
   Scratch<short> codes(strip.count);
   const int inside =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
@@ -112,15 +111,18 @@ void draw_anywhere(Textured_Routine r, const Textured_Call& strip) {
   if (!held.usable()) return;
   split_strip(
       strip.count, codes.data(),
-      [&](int first, int count) { enter(r.at(Layer::int_inside), strip.part(first, count)); },
+      [&](int first, int count) {
+        Textured_Call part = strip.part(first, count);
+        enter(r.at(Layer::int_inside), part);
+      },
       [&](int first) { scans_of(r.set).clipped[at(r.texturing)](strip.part(first, 3), held); });
 }
 
 }  // namespace
 
-void enter(Textured_Routine r, const Textured_Call& strip) {
+void enter(Textured_Routine r, Textured_Call& strip) {
   const Entry_Steps& steps = entry_steps[Textured_Routines::index(r.set, r.layer, r.texturing)];
-  if (taken(steps, r, strip, take)) return;
+  if (taken<take>(steps, r, strip)) return;
   if (r.texturing == Texturing::undecided) return decide_texturing(r, strip);
   switch (r.layer) {
     case Layer::float_any:

@@ -14,6 +14,6 @@
 namespace zbuffer::textures {
 
 /// Walks the entry steps of a routine, then decides on the texturing or does the layer's own work.
-void enter(Textured_Routine routine, const Textured_Call& strip);
+void enter(Textured_Routine routine, Textured_Call& strip);
 
 }  // namespace zbuffer::textures

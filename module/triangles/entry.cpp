@@ -14,6 +14,13 @@
 namespace zbuffer::triangles {
 namespace {
 
+// Rules by the place of a routine, as the routine is known at run time alone.
+constexpr auto point_z = rules::point_z.all();
+constexpr auto whole_strips = rules::whole_strips.all();
+constexpr std::size_t place(Routine r) {
+  return Routines::index(r.layer, r.kind, r.variant, r.masking);
+}
+
 const Scans& scans_of(Variant variant) {
   static constexpr const Scans* by_variant[variant_count] = {&scans_rgb_alpha,   &scans_rgb,
                                                              &scans_mapped,      &scans_mapped_z,
@@ -48,11 +55,11 @@ void call_standard(Routine r, const Strip_Call& strip) {
 }
 
 const Entry_Steps& steps_of(Routine r) {
-  return entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)];
+  return entry_steps[place(r)];
 }
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Routine r, const Strip_Call& strip) {
+bool take(Entry_Step step, Routine r, Strip_Call& strip) {
   switch (step) {
     case Entry_Step::blending:
     case Entry_Step::merging:
@@ -61,14 +68,15 @@ bool take(Entry_Step step, Routine r, const Strip_Call& strip) {
     case Entry_Step::blending_filled:
       // The steps of the blending variant after its edge step, and its scan.
       r = r.in(with_alpha(r.variant));
-      if (!taken({Entry_Step::standard_pattern, Entry_Step::depth_off}, r, strip, take)) {
+      if (!taken<take>({Entry_Step::standard_pattern, Entry_Step::depth_off}, r, strip)) {
         scan(r, strip, scans_of(r.variant).inside);
       }
       return true;
     case Entry_Step::merging_opaque: {
       KT_RGB32 color = *strip.colors;
       color.alpha = 255;
-      enter(r.in(with_alpha(r.variant)), strip.in_one_color(&color));
+      strip.set_one_color(&color);
+      enter(r.in(with_alpha(r.variant)), strip);
       return true;
     }
     case Entry_Step::edges:
@@ -91,14 +99,15 @@ bool take(Entry_Step step, Routine r, const Strip_Call& strip) {
   }
 }
 
-void convert(Routine r, const Strip_Call& strip) {
+void convert(Routine r, Strip_Call& strip) {
   Scratch<KT_DCI_Point> points(strip.count);
-  round_points(strip.floats, strip.count, points.data(), rules::point_z(r));
-  enter(r.at(integer_layer(r.layer)), strip.with_points(strip.count, points.data()));
+  round_points(strip.floats, strip.count, points.data(), point_z[place(r)]);
+  strip.set_points(strip.count, points.data());
+  enter(r.at(integer_layer(r.layer)), strip);
 }
 
-void draw_whole(Routine r, const Strip_Call& s) {
-  if (rules::whole_strips(r) == Whole_Strip::by_call) return enter(r.at(Layer::int_inside), s);
+void draw_whole(Routine r, Strip_Call& s) {
+  if (whole_strips[place(r)] == Whole_Strip::by_call) return enter(r.at(Layer::int_inside), s);
   const KT_Action_Table& actions = s.renderer.actions;
   if (r.kind == Kind::gouraud) {
     actions.call<KT_Action::Draw_DCI_Gouraud_Polytriangle>(s.rendition, s.count, s.points,
@@ -116,7 +125,7 @@ void draw_clipped(Routine r, const Strip_Call& triangle) {
   scan(r, triangle, scans_of(r.variant).clipped);
 }
 
-void draw_anywhere(Routine r, const Strip_Call& strip) {
+void draw_anywhere(Routine r, Strip_Call& strip) {
   Scratch<short> codes(strip.count);
   const int inside =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
@@ -125,23 +134,26 @@ void draw_anywhere(Routine r, const Strip_Call& strip) {
   split_strip(
       strip.count, codes.data(),
       [&](int first, int count) {
-        enter(r.at(Layer::int_inside), strip.part(r.kind, first, count));
+        Strip_Call part = strip.part(r.kind, first, count);
+        enter(r.at(Layer::int_inside), part);
       },
       [&](int first) { draw_clipped(r, strip.part(r.kind, first, 3)); });
 }
 
+/// A flat strip of direct colour has a few steps of its own and then is a colorized one.
+void enter_in_one_color(Routine r, Strip_Call& strip) {
+  const KT_RGB32 color = strip.material().color;  // a copy, which nothing called can change
+  const Entry_Steps& steps = steps_of(r);
+  r = r.of(Kind::colorized);
+  strip.set_one_color(&color);
+  if (!taken<take>(steps, r, strip)) enter(r, strip);
+}
+
 }  // namespace
 
-void enter(Routine r, const Strip_Call& strip) {
-  const Entry_Steps& steps = steps_of(r);
-  if (r.kind == Kind::flat && !is_mapped(r.variant)) {
-    const KT_RGB32 color = strip.material().color;  // a copy, which nothing called can change
-    const Strip_Call colorized = strip.in_one_color(&color);
-    r = r.of(Kind::colorized);
-    if (!taken(steps, r, colorized, take)) enter(r, colorized);
-    return;
-  }
-  if (taken(steps, r, strip, take)) return;
+void enter(Routine r, Strip_Call& strip) {
+  if (r.kind == Kind::flat && !is_mapped(r.variant)) return enter_in_one_color(r, strip);
+  if (taken<take>(steps_of(r), r, strip)) return;
   switch (r.layer) {
     case Layer::float_any:
     case Layer::float_inside:

@@ -10,7 +10,8 @@
 
 namespace zbuffer::triangles {
 
-/// Walks the entry steps of a routine, then does the layer's own work.
-void enter(Routine routine, const Strip_Call& strip);
+/// Walks the entry steps of a routine, then does the layer's own work. The record of the call is
+/// the routine's to change.
+void enter(Routine routine, Strip_Call& strip);
 
 }  // namespace zbuffer::triangles

@@ -23,7 +23,8 @@ struct Constant_Source {
   Pixel word;
 
   template <class View>
-  Cursor begin(const Span_Start&, std::int32_t, const View&, const View&) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start&, std::int32_t, const View&,
+                                      const View&) const {
     return {word};
   }
   template <class View>
@@ -43,7 +44,8 @@ struct Gouraud_Source {
   using Cursor = Gouraud_Cursor;
 
   template <class View>
-  Cursor begin(const Span_Start& start, std::int32_t, const View& left, const View& right) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start& start, std::int32_t, const View& left,
+                                      const View& right) const {
     return {{start.between<Position>(left[0], right[0]), start.between<Position>(left[1], right[1]),
              start.between<Position>(left[2], right[2])}};
   }
@@ -66,7 +68,8 @@ struct Gouraud_Alpha_Source {
   using Cursor = Gouraud_Alpha_Cursor;
 
   template <class View>
-  Cursor begin(const Span_Start& start, std::int32_t y, const View& left, const View& right) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start& start, std::int32_t y, const View& left,
+                                      const View& right) const {
     return {Gouraud_Source{}.begin(start, y, left, right),
             start.between<Position>(left[3], right[3])};
   }
@@ -90,7 +93,8 @@ struct Dithered_Source {
   Dithered_Color color;
 
   template <class View>
-  Cursor begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start&, std::int32_t y, const View&,
+                                      const View&) const {
     return {color.row(y)};
   }
   template <class View>
@@ -127,7 +131,8 @@ struct Rounded_Dither_Source {
     void advance(std::int32_t) {}
   };
   template <class View>
-  Cursor begin(const Span_Start&, std::int32_t y, const View&, const View&) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start&, std::int32_t y, const View&,
+                                      const View&) const {
     return {*this, Dither_Row(y)};
   }
 
@@ -160,7 +165,8 @@ struct Gouraud_Dither_Source {
   };
 
   template <class View>
-  Cursor begin(const Span_Start& start, std::int32_t y, const View& left, const View& right) const {
+  [[gnu::always_inline]] Cursor begin(const Span_Start& start, std::int32_t y, const View& left,
+                                      const View& right) const {
     return {cube, Dither_Row(y),
             Stepped_Rgb{channel(start, left[0], right[0]), channel(start, left[1], right[1]),
                         channel(start, left[2], right[2])}};
