@@ -34,6 +34,19 @@ TEST(Mesh_Repair, polygons_stay_whole) {
   for (const Vertex& v : box.vertices) EXPECT_GT(dot(widen(v.normal), widen(v.position)), 0);
 }
 
+// A count of corners that is no multiple of three.
+TEST(Mesh_Repair, one_quadrilateral_is_a_mesh) {
+  Mesh quad;
+  for (const Vec3f place : {Vec3f{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}})
+    quad.vertices.push_back({place, {}, {}});
+  quad.indices = {0, 1, 2, 3};
+  quad.face_sizes = {4};
+  repair_mesh(quad);
+  EXPECT_EQ(quad.vertices.size(), 4u);
+  EXPECT_EQ(quad.vertices[quad.indices[2]].position.y, 1);
+  for (const Vertex& v : quad.vertices) EXPECT_EQ(v.normal.z, 1);
+}
+
 TEST(Mesh_Repair, joins_a_soup_of_triangles_even_across_signed_zeros) {
   Mesh soup = shapes::sphere(24), sphere = shapes::sphere(24);
   std::vector<Vertex> corners;
