@@ -8,7 +8,7 @@
 namespace kv {
 
 Size frame_size(const Tile_Grid& grid) {
-  constexpr int margin = Host_Session::part_alignment - 1;
+  constexpr int margin = part_alignment - 1;
   return {std::min(grid.tile.width, grid.picture.width) + margin,
           std::min(grid.tile.height, grid.picture.height) + margin};
 }
