@@ -1,3 +1,5 @@
+// Places a primitive's coordinates, 0 to 1 with v upward, in device coordinates, and picks its
+// colours.
 #include "apps/commands/gallery_brush.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Tiles are drawn from one content of the whole picture, in its device coordinates: of it, each
+// tile draws what may reach it, so that no tile depends on those before.
 #include "apps/draw/tile_renderer.h"
 
 #include <algorithm>
