@@ -195,7 +195,7 @@ TEST_F(Tiles, options_that_cannot_be_followed_are_refused) {
     refuse({"--tile", tile}, "tile");
   refuse({"--tile-index", "0"}, "--tile");
   refuse({"--size", "90x90", "--tile", "50", "--tile-index", "4"}, "0 to 3");
-  refuse({"--size", "90x90", "--tile", "50", "--tile-index", "-1"}, "number of a tile");
+  refuse({"--size", "90x90", "--tile", "50", "--tile-index", "-1"}, "-1");
   refuse({"--tile", "50", "--clip", "circle", "--mode", "wireframe"}, "--clip");
   refuse({"--tile", "50", "--variant", "rgb", "--merge"}, "rgb-alpha");
 }
