@@ -1,3 +1,5 @@
+// Each test has a folder of its own; what the program writes on its streams lies beside that
+// folder.
 #include "tests/apps/program.h"
 
 #include <stdlib.h>

@@ -1,3 +1,4 @@
+// The program is a child of the test and ends with it, however the test ends.
 #include "tests/kvview/running_program.h"
 
 #include <fcntl.h>

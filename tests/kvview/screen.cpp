@@ -1,3 +1,4 @@
+// An X server without a monitor, driven by xdotool and looked at through Xlib.
 #include "tests/kvview/screen.h"
 
 #include <X11/Xlib.h>
