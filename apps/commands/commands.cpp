@@ -1,3 +1,4 @@
+// The table of commands; `kvdraw` itself draws models when its first argument names none of them.
 #include "apps/commands/commands.h"
 
 #include <string_view>

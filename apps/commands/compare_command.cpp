@@ -128,16 +128,12 @@ void check_picture(const Comparison& comparison) {
                     "name another file after -o");
 }
 
-std::string words_of(const Size& size) {
-  return std::to_string(size.width) + "x" + std::to_string(size.height);
-}
-
 int run(const Comparison& comparison) {
   check_picture(comparison);
   const Size size = Source(comparison.first).size(), other = Source(comparison.second).size();
   if (size != other) {
     std::printf("the sizes differ: %s is %s, %s is %s\n", comparison.first.c_str(),
-                words_of(size).c_str(), comparison.second.c_str(), words_of(other).c_str());
+                text_of(size).c_str(), comparison.second.c_str(), text_of(other).c_str());
     return 1;
   }
   const Outcome outcome = compare(comparison);

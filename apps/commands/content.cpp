@@ -1,3 +1,4 @@
+// Which faces, lines and dots of a scene each style shows.
 #include "apps/commands/content.h"
 
 #include "apps/scene/device_geometry.h"

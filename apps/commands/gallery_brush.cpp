@@ -1,8 +1,12 @@
+// Places a primitive's coordinates, 0 to 1 with v upward, in device coordinates, and picks its
+// colours.
 #include "apps/commands/gallery_brush.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+
+#include "apps/draw/canvas.h"
 
 namespace kv {
 namespace {
@@ -53,10 +57,7 @@ std::vector<KT_RGB32> Brush::colors(std::size_t count) const {
 }
 
 void Brush::set_color(const KT_RGB32& color) {
-  rendition.set_color(color, false);
-  if (const KT_Palette& palette = renderer_.options().palette())
-    rendition.edit(&KT_Rendition_Data::material).color_index =
-        static_cast<std::uint32_t>(palette.closest_match(color, false)) & 255;
+  kv::set_color(rendition, color, renderer_.options().palette());
 }
 
 void Brush::add_option(std::uint32_t advanced_bit) {

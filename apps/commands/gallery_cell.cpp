@@ -1,3 +1,4 @@
+// One cell of a contact sheet: a session of its own, drawn into by the primitive's own calls.
 #include "apps/commands/gallery_cell.h"
 
 #include "apps/draw/drawing.h"

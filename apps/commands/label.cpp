@@ -1,3 +1,4 @@
+// Letters from a font of rectangles; picture coordinates, y downward.
 #include "apps/commands/label.h"
 
 #include <algorithm>

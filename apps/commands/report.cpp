@@ -1,3 +1,4 @@
+// Texts of --info and --stats: a line for each fact, its name first, then its value.
 #include "apps/commands/report.h"
 
 #include <algorithm>
@@ -5,6 +6,8 @@
 #include <cstdio>
 #include <set>
 #include <sstream>
+
+#include "apps/common/option_text.h"
 
 namespace kv {
 namespace {
@@ -27,16 +30,6 @@ Bounds bounds_of(const Model& model) {
   return bounds;
 }
 
-std::string hex_of(const Color& color) {
-  const auto byte = [](float value) {
-    return static_cast<unsigned>(std::lround(std::clamp(value, 0.0f, 1.0f) * 255));
-  };
-  char text[16];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", byte(color.red), byte(color.green),
-                byte(color.blue));
-  return text;
-}
-
 std::string line(const char* name, const std::string& value) {
   std::string text = "  " + std::string(name);
   text.resize(std::max<std::size_t>(text.size() + 1, 14), ' ');
@@ -47,7 +40,7 @@ std::string line(const char* name, std::size_t count) {
   return line(name, std::to_string(count));
 }
 
-std::string text_of(const Vec3& p) {
+std::string place_text(const Vec3& p) {
   std::ostringstream text;
   text << p.x << " " << p.y << " " << p.z;
   return text.str();
@@ -55,7 +48,7 @@ std::string text_of(const Vec3& p) {
 
 std::string description_of(const Material& material, const Model& model) {
   std::ostringstream text;
-  text << hex_of(material.diffuse);
+  text << text_of(material.diffuse);
   if (material.diffuse.alpha < 1) text << ", opacity " << material.diffuse.alpha;
   if (material.texture != no_texture) {
     const Image& image = model.textures[material.texture].image;
@@ -78,7 +71,8 @@ std::string info_of(const Model& model) {
   const Bounds bounds = bounds_of(model);
   std::string text = line("meshes", model.meshes.size()) + line("vertices", vertices) +
                      line("faces", faces) + line("triangles", triangle_count(model)) +
-                     line("from", text_of(bounds.least)) + line("to", text_of(bounds.greatest)) +
+                     line("from", place_text(bounds.least)) +
+                     line("to", place_text(bounds.greatest)) +
                      line("textures", model.textures.size()) + line("materials", used.size());
   for (const std::uint32_t material : used)
     text += line("", description_of(model.materials[material], model));

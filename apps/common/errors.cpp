@@ -1,3 +1,4 @@
+// Messages are one line each, whatever a file or the system put into them.
 #include "apps/common/errors.h"
 
 #include <system_error>

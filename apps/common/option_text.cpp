@@ -1,7 +1,11 @@
+// Texts of options to values. What is not wholly understood is refused.
 #include "apps/common/option_text.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -27,6 +31,14 @@ std::optional<int> side_in(std::string_view text) {
 Color color_of(std::uint32_t rgb) {
   const auto part = [rgb](int shift) { return static_cast<float>(rgb >> shift & 255) / 255; };
   return {part(16), part(8), part(0), 1};
+}
+
+std::optional<double> real_in(std::string_view text, double limit) {
+  double value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end || !(std::abs(value) <= limit)) return std::nullopt;
+  return value;
 }
 
 constexpr std::pair<std::string_view, std::uint32_t> named_colors[] = {
@@ -59,6 +71,32 @@ Color parse_color(const std::string& text) {
   throw std::invalid_argument("'" + text +
                               "' is no colour; write #RRGGBB or white, black, gray, "
                               "red, green, blue");
+}
+
+Pair parse_pair(const std::string& text, double limit) {
+  const std::string_view all = text;
+  const std::size_t comma = all.find(',');
+  if (comma != std::string_view::npos) {
+    const auto first = real_in(all.substr(0, comma), limit);
+    const auto second = real_in(all.substr(comma + 1), limit);
+    if (first && second) return {*first, *second};
+  }
+  throw std::invalid_argument("'" + text + "' is no pair X,Y of numbers up to " +
+                              std::to_string(static_cast<int>(limit)));
+}
+
+std::string text_of(const Size& size) {
+  return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
+std::string text_of(const Color& color) {
+  const auto byte = [](float part) {
+    return static_cast<unsigned>(std::lround(std::clamp(part, 0.0f, 1.0f) * 255));
+  };
+  char text[8];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", byte(color.red) & 255, byte(color.green) & 255,
+                byte(color.blue) & 255);
+  return text;
 }
 
 }  // namespace kv

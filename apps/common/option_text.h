@@ -3,8 +3,9 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
-#include "apps/load/model.h"
+#include "apps/common/color.h"
 
 namespace kv {
 
@@ -22,5 +23,13 @@ std::optional<Size> find_size(const std::string& text);  // nothing when it is n
 // Both throw std::invalid_argument with words for the user.
 Size parse_size(const std::string& text);    // "640x480"
 Color parse_color(const std::string& text);  // "#rrggbb" or a name
+
+// "0.5,-2", each number from -limit to limit. Throws as well.
+using Pair = std::pair<double, double>;
+Pair parse_pair(const std::string& text, double limit);
+
+// The way back.
+std::string text_of(const Size& size);
+std::string text_of(const Color& color);  // "#rrggbb"
 
 }  // namespace kv

@@ -1,3 +1,4 @@
+// The progress line: nothing is written before the job has taken half a second.
 #include "apps/common/progress.h"
 
 #include <unistd.h>

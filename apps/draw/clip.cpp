@@ -1,3 +1,5 @@
+// Clips are stored in hundredths of the picture, y from the top, and become contours in device
+// coordinates, y from the bottom.
 #include "apps/draw/clip.h"
 
 #include <algorithm>

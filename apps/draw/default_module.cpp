@@ -1,3 +1,5 @@
+// Looks for the module from the folder of the running program, so that an installed tree may be
+// moved.
 #include "apps/draw/default_module.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// Palettes of the mapped variants.
 #include "apps/draw/drawing.h"
 
 #include <algorithm>

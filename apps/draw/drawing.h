@@ -62,6 +62,8 @@ inline constexpr int last_face_pattern = 73;
 inline constexpr int widest_line = 64;
 inline constexpr int last_line_pattern = 16;
 
+inline constexpr KT_RGB32 line_color{0x30, 0x26, 0x20, 255};
+
 // How far faces stand behind the edges that are drawn over them.
 inline constexpr int hidden_line_offset = 150;
 

@@ -1,3 +1,4 @@
+// Textures in the framework's form: rows from the top down, blue before green before red.
 #include "apps/draw/texture_materials.h"
 
 #include "apps/load/image_scale.h"

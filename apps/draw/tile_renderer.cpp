@@ -1,3 +1,5 @@
+// Tiles are drawn from one content of the whole picture, in its device coordinates: of it, each
+// tile draws what may reach it, so that no tile depends on those before.
 #include "apps/draw/tile_renderer.h"
 
 #include <algorithm>
@@ -8,7 +10,7 @@
 namespace kv {
 
 Size frame_size(const Tile_Grid& grid) {
-  constexpr int margin = Host_Session::part_alignment - 1;
+  constexpr int margin = part_alignment - 1;
   return {std::min(grid.tile.width, grid.picture.width) + margin,
           std::min(grid.tile.height, grid.picture.height) + margin};
 }

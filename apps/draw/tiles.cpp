@@ -1,3 +1,5 @@
+// Tiles are counted from the left top; their parts of the picture are in device coordinates, y
+// upward.
 #include "apps/draw/tiles.h"
 
 #include <algorithm>
@@ -22,10 +24,7 @@ KT_Int_Rectangle Tile_Grid::part(int index) const {
 
 std::string words_of(const Tile_Note& note) {
   const Tile_Grid& grid = note.grid;
-  const auto size = [](const Size& s) {
-    return std::to_string(s.width) + "x" + std::to_string(s.height);
-  };
-  return std::to_string(note.index) + " of " + size(grid.picture) + " in " + size(grid.tile);
+  return std::to_string(note.index) + " of " + text_of(grid.picture) + " in " + text_of(grid.tile);
 }
 
 Tile_Note parse_tile_note(const std::string& words) {

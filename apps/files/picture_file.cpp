@@ -1,3 +1,5 @@
+// A picture is written under a temporary name and renamed when it is complete: at every moment
+// there is the earlier file or the new one, and nothing else is left behind.
 #include "apps/files/picture_file.h"
 
 #include <fcntl.h>

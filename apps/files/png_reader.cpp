@@ -1,3 +1,5 @@
+// The library leaves its calls by a jump when they fail. Each call is made by a function that has
+// nothing to destroy; its outcome becomes an exception outside.
 #include "apps/files/png_reader.h"
 
 #include <png.h>
@@ -32,7 +34,6 @@ Stream open_picture(const std::string& path) {
 
 }  // namespace
 
-// As in the writer: the library leaves its calls by a jump when they fail.
 struct Png_Reader::Body {
   static constexpr png_uint_32 longest_side = 1 << 20;
 

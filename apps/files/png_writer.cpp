@@ -1,3 +1,4 @@
+// Writes 8-bit RGB, row by row, so that a picture need not be in memory as a whole.
 #include "apps/files/png_writer.h"
 
 #include <png.h>

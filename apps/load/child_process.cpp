@@ -1,3 +1,5 @@
+// A job in a forked process under limits of time, memory and answer. However it ends, the parent
+// has a result, and no process is left.
 #include "apps/load/child_process.h"
 
 #include <fcntl.h>

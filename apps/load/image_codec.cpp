@@ -1,3 +1,5 @@
+// Decoding by stb_image, of three formats only: each one more is one more decoder for damaged
+// files.
 #include "apps/load/image_codec.h"
 
 #include <algorithm>

@@ -1,116 +1,94 @@
-// A linear filter, along rows first and then along columns: enlarged, texels run into each other;
-// reduced, each pixel is the mean of all texels that it covers. What a pixel becomes depends on its
-// place in the whole picture alone, so that pictures can be made in parts.
+// Images in other sizes, by a linear filter: enlarged, texels run into each other; reduced, each
+// pixel is the mean of all texels that it covers, weighted by their alpha.
+//
+// Backgrounds are scaled in blocks at fixed places of the whole picture. What a pixel becomes
+// depends on its block alone, so that a picture may be made in parts.
 #include "apps/load/image_scale.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <vector>
+#include <new>
+
+// The library asserts that weights add up to about 1 before it normalizes them, which those of a
+// linear filter need not.
+#define STBIR_ASSERT(condition) static_cast<void>(0)
+#define STB_IMAGE_RESIZE_IMPLEMENTATION
+#define STB_IMAGE_RESIZE_STATIC
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-function"
+#include <stb/stb_image_resize.h>
+#pragma GCC diagnostic pop
 
 namespace kv {
 namespace {
 
-// Pixel p covers the texels from p * scale + shift to (p + 1) * scale + shift.
+constexpr int block_side = 64;
+
+// Pixel p covers the texels from p * texels_a_pixel + start to (p + 1) * texels_a_pixel + start.
 struct Axis {
-  double scale, shift;
-  std::int64_t size;  // texels
+  double texels_a_pixel, start;
+  int size;  // texels
 };
 
-struct Weights {
-  std::int64_t first = 0;
-  std::vector<float> of_texel;
-};
+// A run of pixels along an axis.
+struct Run {
+  int first, count;
+  Axis axis;
 
-Weights weights_at(const Axis& axis, std::int64_t pixel) {
-  const double middle = (static_cast<double>(pixel) + 0.5) * axis.scale + axis.shift - 0.5;
-  const double radius = std::max(axis.scale, 1.0);
-  const auto clamped = [&](double texel) {
-    return std::clamp<std::int64_t>(static_cast<std::int64_t>(texel), 0, axis.size - 1);
-  };
-  Weights weights{clamped(std::ceil(middle - radius)), {}};
-  const std::int64_t last = clamped(std::floor(middle + radius));
-  double sum = 0;
-  for (std::int64_t texel = weights.first; texel <= last; ++texel) {
-    const double weight = std::max(0.0, 1 - std::abs(static_cast<double>(texel) - middle) / radius);
-    sum += weight;
-    weights.of_texel.push_back(static_cast<float>(weight));
+  double start() const { return first * axis.texels_a_pixel + axis.start; }
+  double end() const { return (first + count) * axis.texels_a_pixel + axis.start; }
+  // The texels that the filter reads, and one more.
+  double reach() const { return std::max(axis.texels_a_pixel, 1.0) + 1; }
+  int first_texel() const {
+    return std::clamp(static_cast<int>(std::floor(start() - reach())), 0, axis.size - 1);
   }
-  // Beside the image there is the texel of its border alone.
-  if (sum <= 0) weights.of_texel.assign(1, static_cast<float>(sum = 1));
-  for (float& weight : weights.of_texel) weight = static_cast<float>(weight / sum);
-  return weights;
+  int texel_count() const {
+    const int last = static_cast<int>(std::ceil(end() + reach()));
+    return std::clamp(last - first_texel(), 1, axis.size - first_texel());
+  }
+  float scale() const { return static_cast<float>(1 / axis.texels_a_pixel); }
+  // From the first texel on, in pixels.
+  float offset() const {
+    return static_cast<float>((start() - first_texel()) / axis.texels_a_pixel);
+  }
+};
+
+Image scaled(const Image& image, const Run& across, const Run& down) {
+  constexpr int channels = 4, alpha = 3, no_flags = 0;
+  const int row_bytes = static_cast<int>(image.width * sizeof(Texel));
+  const Texel& first = image.at(static_cast<std::uint32_t>(across.first_texel()),
+                                static_cast<std::uint32_t>(down.first_texel()));
+  Image result(static_cast<std::uint32_t>(across.count), static_cast<std::uint32_t>(down.count));
+  const int done = stbir_resize_subpixel(
+      &first, across.texel_count(), down.texel_count(), row_bytes, result.texels.data(),
+      across.count, down.count, 0, STBIR_TYPE_UINT8, channels, alpha, no_flags, STBIR_EDGE_CLAMP,
+      STBIR_EDGE_CLAMP, STBIR_FILTER_TRIANGLE, STBIR_FILTER_TRIANGLE, STBIR_COLORSPACE_LINEAR,
+      nullptr, across.scale(), down.scale(), across.offset(), down.offset());
+  if (done == 0) throw std::bad_alloc();
+  return result;
 }
 
-// Colours are weighted by their alpha: what cannot be seen has no colour.
-struct Sum {
-  float red = 0, green = 0, blue = 0, alpha = 0;
+// Puts a block's left top pixel at (left, top) of the result; what falls beside it is cut.
+void copy_block(const Image& block, int left, int top, Image& result) {
+  const int from = std::max(left, 0);
+  const int to = std::min(left + static_cast<int>(block.width), static_cast<int>(result.width));
+  const int end = std::min(top + static_cast<int>(block.height), static_cast<int>(result.height));
+  for (int y = std::max(top, 0); y < end; ++y)
+    std::copy_n(
+        &block.at(static_cast<std::uint32_t>(from - left), static_cast<std::uint32_t>(y - top)),
+        to - from, result.texels.begin() + std::ptrdiff_t{y} * result.width + from);
+}
 
-  void add(const Sum& other, float weight) {
-    red += weight * other.red;
-    green += weight * other.green;
-    blue += weight * other.blue;
-    alpha += weight * other.alpha;
-  }
-  static Sum of(const Texel& texel) {
-    const float alpha = texel.alpha;
-    return {texel.red * alpha, texel.green * alpha, texel.blue * alpha, alpha};
-  }
-  Texel texel() const {
-    const auto byte = [](float value) {
-      return static_cast<std::uint8_t>(std::clamp(value + 0.5f, 0.0f, 255.0f));
-    };
-    if (alpha <= 0) return {0, 0, 0, 0};
-    return {byte(red / alpha), byte(green / alpha), byte(blue / alpha), byte(alpha)};
-  }
-};
-
-// A part of a scaled picture, its left top pixel at (x, y).
-struct Window {
-  std::int64_t x, y;
-  std::uint32_t width, height;
-};
-
-Image scaled(const Image& image, const Axis& across, const Axis& down, const Window& window) {
-  std::vector<Weights> columns;
-  for (std::uint32_t x = 0; x < window.width; ++x)
-    columns.push_back(weights_at(across, window.x + x));
-  std::map<std::int64_t, std::vector<Sum>> rows;  // of texels, already filtered along
-  const auto row_at = [&](std::int64_t line) -> const std::vector<Sum>& {
-    std::vector<Sum>& row = rows[line];
-    if (!row.empty()) return row;
-    row.resize(window.width);
-    for (std::uint32_t x = 0; x < window.width; ++x)
-      for (std::size_t i = 0; i < columns[x].of_texel.size(); ++i)
-        row[x].add(Sum::of(image.at(
-                       static_cast<std::uint32_t>(columns[x].first) + static_cast<std::uint32_t>(i),
-                       static_cast<std::uint32_t>(line))),
-                   columns[x].of_texel[i]);
-    return row;
-  };
-  Image result(window.width, window.height);
-  std::vector<Sum> sums;
-  for (std::uint32_t y = 0; y < window.height; ++y) {
-    const Weights lines = weights_at(down, window.y + y);
-    rows.erase(rows.begin(), rows.lower_bound(lines.first));
-    sums.assign(window.width, {});
-    for (std::size_t i = 0; i < lines.of_texel.size(); ++i) {
-      const std::vector<Sum>& row = row_at(lines.first + static_cast<std::int64_t>(i));
-      for (std::uint32_t x = 0; x < window.width; ++x) sums[x].add(row[x], lines.of_texel[i]);
-    }
-    for (std::uint32_t x = 0; x < window.width; ++x)
-      result.texels[std::size_t{y} * window.width + x] = sums[x].texel();
-  }
-  return result;
+Run whole(std::uint32_t size, std::uint32_t pixels) {
+  return {
+      0, static_cast<int>(pixels), {static_cast<double>(size) / pixels, 0, static_cast<int>(size)}};
 }
 
 }  // namespace
 
 Image resized(const Image& image, std::uint32_t width, std::uint32_t height) {
   if (image.width == width && image.height == height) return image;
-  return scaled(image, {static_cast<double>(image.width) / width, 0, image.width},
-                {static_cast<double>(image.height) / height, 0, image.height},
-                {0, 0, width, height});
+  return scaled(image, whole(image.width, width), whole(image.height, height));
 }
 
 Image in_blocks(const Image& image, std::uint32_t width, std::uint32_t height) {
@@ -123,14 +101,23 @@ Image in_blocks(const Image& image, std::uint32_t width, std::uint32_t height) {
 }
 
 Image covering(const Image& image, const Size& frame, const KT_Int_Rectangle& part) {
-  const double scale = std::min(static_cast<double>(image.width) / frame.width,
-                                static_cast<double>(image.height) / frame.height);
-  const Axis across{scale, (image.width - frame.width * scale) / 2, image.width};
-  const Axis down{scale, (image.height - frame.height * scale) / 2, image.height};
-  return scaled(image, across, down,
-                {part.left, frame.height - 1 - part.top,
-                 static_cast<std::uint32_t>(part.right - part.left + 1),
-                 static_cast<std::uint32_t>(part.top - part.bottom + 1)});
+  const double texels_a_pixel = std::min(static_cast<double>(image.width) / frame.width,
+                                         static_cast<double>(image.height) / frame.height);
+  const Axis across{texels_a_pixel, (image.width - frame.width * texels_a_pixel) / 2,
+                    static_cast<int>(image.width)};
+  const Axis down{texels_a_pixel, (image.height - frame.height * texels_a_pixel) / 2,
+                  static_cast<int>(image.height)};
+  const int top = frame.height - 1 - part.top, bottom = frame.height - 1 - part.bottom;
+  Image result(static_cast<std::uint32_t>(part.right - part.left + 1),
+               static_cast<std::uint32_t>(part.top - part.bottom + 1));
+  for (int y = top - top % block_side; y <= bottom; y += block_side)
+    for (int x = part.left - part.left % block_side; x <= part.right; x += block_side) {
+      const int width = std::min(block_side, frame.width - x);
+      const int height = std::min(block_side, frame.height - y);
+      const Image block = scaled(image, {x, width, across}, {y, height, down});
+      copy_block(block, x - part.left, y - top, result);
+    }
+  return result;
 }
 
 Image flattened(Image image, Texel paper) {

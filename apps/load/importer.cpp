@@ -1,3 +1,5 @@
+// Runs in the loader process. From the scene of the import library, whatever its format, come
+// meshes in the coordinates of the world, with the colours of the display.
 #include "apps/load/importer.h"
 
 #include <assimp/importerdesc.h>
@@ -11,6 +13,8 @@
 #include <sstream>
 #include <vector>
 
+#include "apps/load/model_folder.h"
+#include "apps/load/model_io.h"
 #include "apps/load/texture_importer.h"
 #include "apps/load/wire.h"
 
@@ -207,20 +211,24 @@ void import_model(const std::string& path, std::size_t most_triangles, const Loa
                   const Child_Send& send) {
   // Polygons are drawn in one colour each.
   const bool with_textures = choices.textures && !choices.polygons;
+  const Model_Folder folder(path);
+  std::vector<std::string> warnings;
   Assimp::Importer importer;
+  importer.SetIOHandler(new Model_IO(path, folder, warnings));  // the importer deletes it
   keep_wanted_formats(importer);
   const aiScene* scene = importer.ReadFile(path, choices.polygons ? 0u : aiProcess_Triangulate);
   if (!scene)
-    return send(
-        encode_refusal(std::string("cannot be read as a model: ") + importer.GetErrorString()));
+    return send(encode_refusal(
+        "cannot be read as a model: " +
+        (warnings.empty() ? std::string(importer.GetErrorString()) : warnings.front())));
   const std::vector<Instance> instances = instances_of(*scene);
   if (const std::string objection = objection_to(instances, most_triangles); !objection.empty())
     return send(encode_refusal(objection));
   const Format format = format_of(importer);
-  Texture_Importer textures(*scene, path, format == Format::gltf);
+  Texture_Importer textures(*scene, folder, format == Format::gltf);
   const Materials materials(*scene, format, with_textures ? &textures : nullptr);
-  send(encode_head(
-      {materials.list(), textures.warnings(), textures.images().size(), instances.size()}));
+  warnings.insert(warnings.end(), textures.warnings().begin(), textures.warnings().end());
+  send(encode_head({materials.list(), warnings, textures.images().size(), instances.size()}));
   for (const Image& image : textures.images()) send(encode_image(image));
   for (const Instance& instance : instances)
     send(encode_mesh(mesh_of(instance, format, materials)));

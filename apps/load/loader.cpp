@@ -1,3 +1,5 @@
+// The parent's half of loading: runs the import in a child, checks what comes back, and says in one
+// line what went wrong.
 #include "apps/load/loader.h"
 
 #include <fcntl.h>

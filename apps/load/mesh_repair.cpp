@@ -1,3 +1,8 @@
+// Meshes as files have them become meshes that can be drawn: no face without an area, a normal at
+// each vertex, equal vertices joined.
+//
+// The mesh library works on lists of triangles, or on vertices without indices. Meshes with
+// polygons are therefore given separate corners first: then the vertices are the corners, in order.
 #include "apps/load/mesh_repair.h"
 
 #include <meshoptimizer.h>
@@ -33,15 +38,20 @@ void separate_corners(Mesh& mesh) {
   mesh.vertices = std::move(corners);
 }
 
-// The library knows lists of triangles; corners of other faces are told to it as a plain list of
-// vertices, which separate corners are.
-struct Corner_List {
-  const std::uint32_t* indices;
-  std::size_t count;
+struct Remap {
+  std::vector<std::uint32_t> of_vertex;  // the same number for equal items
+  std::size_t count = 0;                 // distinct items
 };
 
-Corner_List corner_list(const Mesh& mesh) {
-  return {mesh.has_polygons() ? nullptr : mesh.indices.data(), mesh.indices.size()};
+// Numbers the items of the vertices in use, one a vertex, so that equal bytes have equal numbers.
+template <class Item>
+Remap remap_of(const Mesh& mesh, const std::vector<Item>& items) {
+  Remap remap;
+  remap.of_vertex.resize(items.size());
+  const std::uint32_t* const triangles = mesh.has_polygons() ? nullptr : mesh.indices.data();
+  remap.count = meshopt_generateVertexRemap(remap.of_vertex.data(), triangles, mesh.indices.size(),
+                                            items.data(), items.size(), sizeof(Item));
+  return remap;
 }
 
 // Positions are compared by their bits, in which -0 is not 0.
@@ -55,29 +65,27 @@ void unify_zeros(Mesh& mesh) {
 
 // Which faces meet in each place, places being vertices with the same position.
 struct Meeting {
-  std::vector<std::uint32_t> place_of_vertex;  // of those in use
-  std::vector<std::uint32_t> first;            // by place, and one more
-  std::vector<std::uint32_t> faces;            // sorted by place
+  Remap places;
+  std::vector<std::uint32_t> first;  // by place, and one more
+  std::vector<std::uint32_t> faces;  // sorted by place
 };
 
 Meeting meeting_of(const Mesh& mesh) {
-  Meeting meeting;
-  const std::size_t vertices = mesh.vertices.size();
-  meeting.place_of_vertex.resize(vertices);
-  const meshopt_Stream positions{&mesh.vertices[0].position, sizeof(Vec3f), sizeof(Vertex)};
-  const Corner_List corners = corner_list(mesh);
-  const std::size_t places = meshopt_generateVertexRemapMulti(
-      meeting.place_of_vertex.data(), corners.indices, corners.count, vertices, &positions, 1);
+  std::vector<Vec3f> positions;
+  positions.reserve(mesh.vertices.size());
+  for (const Vertex& vertex : mesh.vertices) positions.push_back(vertex.position);
+  Meeting meeting{remap_of(mesh, positions), {}, {}};
+  const std::size_t places = meeting.places.count;
   meeting.first.assign(places + 1, 0);
   for (const std::uint32_t vertex : mesh.indices)
-    ++meeting.first[meeting.place_of_vertex[vertex] + 1];
+    ++meeting.first[meeting.places.of_vertex[vertex] + 1];
   for (std::size_t p = 0; p < places; ++p) meeting.first[p + 1] += meeting.first[p];
   meeting.faces.resize(mesh.indices.size());
   std::vector<std::uint32_t> next(meeting.first.begin(), meeting.first.end() - 1);
   std::uint32_t number = 0;
   for_each_face(mesh, [&](std::span<const std::uint32_t> face) {
     for (const std::uint32_t vertex : face)
-      meeting.faces[next[meeting.place_of_vertex[vertex]]++] = number;
+      meeting.faces[next[meeting.places.of_vertex[vertex]]++] = number;
     ++number;
   });
   return meeting;
@@ -109,7 +117,7 @@ void make_normals(Mesh& mesh) {
   std::size_t own = 0;
   for_each_face(mesh, [&](std::span<const std::uint32_t> face) {
     for (const std::uint32_t vertex : face) {
-      const std::uint32_t place = meeting.place_of_vertex[vertex];
+      const std::uint32_t place = meeting.places.of_vertex[vertex];
       const std::span<const std::uint32_t> around(meeting.faces.data() + meeting.first[place],
                                                   meeting.first[place + 1] - meeting.first[place]);
       normals.push_back(narrow(corner_normal(facets, directions, around, own)));
@@ -124,15 +132,11 @@ void make_normals(Mesh& mesh) {
 // Equal vertices become one, which is what lets triangles form strips; unused ones go.
 void join_vertices(Mesh& mesh) {
   static_assert(sizeof(Vertex) == 12 * sizeof(float), "compared by bytes, so without gaps");
-  std::vector<std::uint32_t> remap(mesh.vertices.size());
-  const Corner_List corners = corner_list(mesh);
-  const std::size_t distinct =
-      meshopt_generateVertexRemap(remap.data(), corners.indices, corners.count,
-                                  mesh.vertices.data(), mesh.vertices.size(), sizeof(Vertex));
-  std::vector<Vertex> joined(distinct);
+  const Remap remap = remap_of(mesh, mesh.vertices);
+  std::vector<Vertex> joined(remap.count);
   meshopt_remapVertexBuffer(joined.data(), mesh.vertices.data(), mesh.vertices.size(),
-                            sizeof(Vertex), remap.data());
-  for (std::uint32_t& index : mesh.indices) index = remap[index];
+                            sizeof(Vertex), remap.of_vertex.data());
+  for (std::uint32_t& index : mesh.indices) index = remap.of_vertex[index];
   mesh.vertices = std::move(joined);
 }
 

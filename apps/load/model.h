@@ -7,15 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/color.h"
 #include "apps/load/image.h"
 #include "apps/load/vec.h"
 
 namespace kv {
-
-// Components from 0 to 1, as shown on the display (not linear light).
-struct Color {
-  float red = 1, green = 1, blue = 1, alpha = 1;
-};
 
 // A place in a texture in units of the whole image, t upward from its lower border.
 struct Texture_Place {

@@ -1,3 +1,5 @@
+// Names in model files may be those of another machine: with its drives, its case and its percent
+// signs. What is found is always a file that Model_Folder lets be read.
 #include "apps/load/texture_files.h"
 
 #include <algorithm>
@@ -10,25 +12,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool is_file(const fs::path& path) {
-  std::error_code error;
-  return fs::is_regular_file(path, error);
-}
-
 bool same_letters(const std::string& a, const std::string& b) {
   const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [&](char x, char y) { return lower(x) == lower(y); });
 }
 
-// The first by name, so that the choice does not depend on the order of a folder.
+// The entry of a place below the model's folder that has this name in whatever case; of several the
+// first by name, so that the choice does not depend on the order in the folder.
 template <class Accepts>
-fs::path first_entry(const fs::path& folder, const std::string& name, Accepts accepts) {
+fs::path find_entry(const Model_Folder& folder, const fs::path& place, const std::string& name,
+                    Accepts accepts) {
   fs::path first;
   std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+  for (fs::directory_iterator entry(folder.path() / place, error), end; !error && entry != end;
        entry.increment(error)) {
-    const fs::path& path = entry->path();
+    const fs::path path = place / entry->path().filename();
     if (!same_letters(path.filename().string(), name) || !accepts(path)) continue;
     if (first.empty() || path < first) first = path;
   }
@@ -52,27 +51,32 @@ std::string without_percents(const std::string& name) {
   return plain;
 }
 
-fs::path find_written(const fs::path& folder, const std::string& name) {
-  if (is_file(folder / name)) return folder / name;
+// The file as it is written, or else the one of its base name.
+Reference find_written(const Model_Folder& folder, const std::string& name) {
+  const Reference written = folder.resolve(name);
   const std::string base = fs::path(name).filename().string();
-  if (base.empty()) return {};
-  if (const fs::path found = first_entry(folder, base, is_file); !found.empty()) return found;
-  const auto is_folder = [](const fs::path& path) {
+  if (written.readable() || base.empty()) return written;
+  const auto is_readable = [&](const fs::path& path) { return folder.resolve(path).readable(); };
+  const auto is_folder = [&](const fs::path& path) {
     std::error_code error;
-    return fs::is_directory(path, error);
+    return fs::is_directory(folder.path() / path, error);
   };
-  const fs::path below = first_entry(folder, "textures", is_folder);
-  return below.empty() ? below : first_entry(below, base, is_file);
+  fs::path found = find_entry(folder, {}, base, is_readable);
+  if (found.empty())
+    if (const fs::path below = find_entry(folder, {}, "textures", is_folder); !below.empty())
+      found = find_entry(folder, below, base, is_readable);
+  return found.empty() ? written : folder.resolve(found);
 }
 
 }  // namespace
 
-fs::path find_texture(const fs::path& folder, const std::string& name) {
-  const fs::path here = folder.empty() ? fs::path(".") : folder;
+Reference find_texture(const Model_Folder& folder, const std::string& name) {
   std::string slashed = name;
   std::replace(slashed.begin(), slashed.end(), '\\', '/');
-  const fs::path found = find_written(here, slashed);
-  return found.empty() ? find_written(here, without_percents(slashed)) : found;
+  const Reference found = find_written(folder, slashed);
+  if (found.readable()) return found;
+  const Reference plain = find_written(folder, without_percents(slashed));
+  return plain.state == Reference::State::missing ? found : plain;
 }
 
 }  // namespace kv

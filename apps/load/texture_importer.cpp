@@ -1,3 +1,5 @@
+// Textures as files and glTF have them become images that can be drawn: their sides powers of two,
+// their alpha as the material means it. Each image that cannot be had becomes a checker.
 #include "apps/load/texture_importer.h"
 
 #include <assimp/GltfMaterial.h>
@@ -6,9 +8,8 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <fstream>
+#include <cstdio>
 #include <new>
-#include <span>
 #include <stdexcept>
 
 #include "apps/load/image_codec.h"
@@ -32,10 +33,15 @@ Wrap wrap_of(aiTextureMapMode mode) {
   }
 }
 
-std::vector<char> content_of(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::vector<char> content(std::istreambuf_iterator<char>(file), {});
-  if (!file) throw std::runtime_error("cannot be read");
+std::vector<std::byte> content_of(const File& file) {
+  std::vector<std::byte> content;
+  std::array<std::byte, std::size_t{1} << 16> part;
+  while (file) {
+    const std::size_t got = std::fread(part.data(), 1, part.size(), file.get());
+    content.insert(content.end(), part.begin(), part.begin() + static_cast<std::ptrdiff_t>(got));
+    if (got < part.size()) break;
+  }
+  if (!file || std::ferror(file.get())) throw std::runtime_error("cannot be read");
   return content;
 }
 
@@ -105,9 +111,8 @@ Texture_Place Texture_Mapping::place(const aiVector3D& coordinates) const {
   return {along(s), along(t)};
 }
 
-Texture_Importer::Texture_Importer(const aiScene& scene, const std::string& model_path,
-                                   bool is_gltf)
-    : scene_(scene), folder_(std::filesystem::path(model_path).parent_path()), is_gltf_(is_gltf) {}
+Texture_Importer::Texture_Importer(const aiScene& scene, const Model_Folder& folder, bool is_gltf)
+    : scene_(scene), folder_(folder), is_gltf_(is_gltf) {}
 
 Texture_Mapping Texture_Importer::add_texture(Material& material, const aiMaterial& source) {
   for (const aiTextureType type : texture_types) {
@@ -180,10 +185,9 @@ std::uint32_t Texture_Importer::checker_index() {
 Image Texture_Importer::read(const std::string& name) const {
   if (const aiTexture* embedded = scene_.GetEmbeddedTexture(name.c_str()))
     return embedded_image(*embedded);
-  const std::filesystem::path path = find_texture(folder_, name);
-  if (path.empty()) throw std::runtime_error("is not found beside the model");
-  const std::vector<char> content = content_of(path);
-  return decode_image(std::as_bytes(std::span(content)), is_named_tga(path.string()));
+  const Reference found = find_texture(folder_, name);
+  if (!found.readable()) throw std::runtime_error(words_of(found.state));
+  return decode_image(content_of(folder_.open(found)), is_named_tga(found.path.string()));
 }
 
 Image Texture_Importer::prepared(Image image, const Alpha_Use& alpha) const {

@@ -4,12 +4,12 @@
 #include <assimp/scene.h>
 
 #include <array>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "apps/load/model.h"
+#include "apps/load/model_folder.h"
 
 namespace kv {
 
@@ -24,7 +24,7 @@ struct Texture_Mapping {
 
 class Texture_Importer {
  public:
-  Texture_Importer(const aiScene& scene, const std::string& model_path, bool is_gltf);
+  Texture_Importer(const aiScene& scene, const Model_Folder& folder, bool is_gltf);
 
   // Gives `material` the texture that `source` names, if any; a texture that cannot be had is
   // replaced by a checker, with one warning.
@@ -48,7 +48,7 @@ class Texture_Importer {
   void warn(const std::string& name, const std::string& what);
 
   const aiScene& scene_;
-  std::filesystem::path folder_;
+  const Model_Folder& folder_;
   bool is_gltf_;
   std::vector<Image> images_;
   std::vector<std::string> warnings_;

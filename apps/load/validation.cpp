@@ -1,3 +1,4 @@
+// After these checks every index, size and number of a model can be computed with.
 #include "apps/load/validation.h"
 
 #include <algorithm>

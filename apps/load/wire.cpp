@@ -1,3 +1,5 @@
+// Messages of counted items, as they lie in memory. The reader checks each count against the bytes
+// that are left before it allocates.
 #include "apps/load/wire.h"
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+// Sorts triangles and polygons by the mean of their depths, the farthest first.
 #include <algorithm>
 #include <array>
 

@@ -1,3 +1,5 @@
+// From the camera's options to a view that holds the whole model. Eye coordinates: x to the right,
+// y up, z away from the eye.
 #include "apps/scene/camera.h"
 
 #include <algorithm>

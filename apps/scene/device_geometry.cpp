@@ -1,3 +1,5 @@
+// Faces of a scene lit, projected and cut at the near plane. Device coordinates: y up, depth from
+// 0, the nearest, to 65535.
 #include "apps/scene/device_geometry.h"
 
 #include <algorithm>

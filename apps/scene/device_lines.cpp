@@ -1,3 +1,4 @@
+// Edges and vertices of a scene lit and projected to whole device coordinates, y up.
 #include "apps/scene/device_lines.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Edges are found by place, not by vertex: vertices of one place may differ in normal or colour.
 #include "apps/scene/edges.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Ambient light, two directed lights and a highlight, all in the coordinates of the model.
 #include "apps/scene/lighting.h"
 
 #include <algorithm>

@@ -18,8 +18,4 @@ class Lighting {
   Vec3 key_, fill_, highlight_;
 };
 
-constexpr Color operator*(const Color& a, const Color& b) {
-  return {a.red * b.red, a.green * b.green, a.blue * b.blue, a.alpha * b.alpha};
-}
-
 }  // namespace kv

@@ -1,3 +1,4 @@
+// Cutting at the near plane in eye coordinates, z away from the eye.
 #include "apps/scene/near_clip.h"
 
 #include <utility>

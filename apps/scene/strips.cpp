@@ -1,3 +1,4 @@
+// Strips by the mesh library, cut into pieces that a module draws without an allocation.
 #include "apps/scene/strips.h"
 
 #include <meshoptimizer.h>

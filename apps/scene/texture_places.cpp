@@ -1,3 +1,4 @@
+// Keeps texture coordinates where a renderer's 16-bit texel numbers are exact.
 #include "apps/scene/texture_places.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The table of keys: each one's name, its line in the help and what it does.
 #include "apps/view/keys.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Mouse moves in window pixels, y down, to changes of the camera.
 #include "apps/view/moves.h"
 
 #include <algorithm>

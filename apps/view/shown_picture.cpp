@@ -1,3 +1,5 @@
+// Keeps a scene for each way of loading the model, and a session for as long as only the camera
+// moves.
 #include "apps/view/shown_picture.h"
 
 #include "apps/commands/command_words.h"

@@ -1,3 +1,4 @@
+// Panels are drawn with the largest letters with which they fit the window.
 #include "apps/view/text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The event loop: everything runs in one thread, and a picture is drawn when something has changed.
 #include "apps/view/viewer.h"
 
 #include <cmath>
@@ -253,8 +254,7 @@ Text_Lines Viewer::readout() const {
                 options_.camera.azimuth, options_.camera.elevation, options_.camera.zoom);
   return {time,
           words::word_for(words::styles, options_.drawing.style) + ", " +
-              words::word_for(words::variants, options_.variant) + ", " +
-              std::to_string(options_.size.width) + "x" + std::to_string(options_.size.height),
+              words::word_for(words::variants, options_.variant) + ", " + text_of(options_.size),
           camera, "H: help"};
 }
 

@@ -1,3 +1,4 @@
+// Compares a file's stamp with the one last seen; no notification service is needed.
 #include "apps/view/watch.h"
 
 #include <sys/stat.h>

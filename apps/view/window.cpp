@@ -1,3 +1,4 @@
+// The module's image is copied into a surface of the window's size, y down, and text drawn over it.
 #include "apps/view/window.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Pictures by libpng, apart from the reader and writer of the programs.
 #include "tests/apps/decoded.h"
 
 #include <png.h>

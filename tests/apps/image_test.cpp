@@ -31,39 +31,13 @@ TEST(Image_Scale, parts_of_a_covered_frame_fit_the_whole) {
   }
 }
 
-TEST(Image_Scale, keeps_what_is_even_and_the_order_of_the_rest) {
-  for (const std::uint32_t side : {1u, 3u, 16u, 250u}) {
-    Image even(5, 9);
-    even.texels.assign(45, {200, 100, 50, 128});
-    const Image scaled = resized(even, side, side);
-    for (const Texel& texel : scaled.texels) ASSERT_EQ(texel, (Texel{200, 100, 50, 128})) << side;
-  }
-  EXPECT_EQ(resized(striped(4, 4), 4, 4).texels, striped(4, 4).texels);
-  Image two(2, 1);
-  two.texels = {{0, 0, 0, 255}, {255, 255, 255, 255}};
-  const Image wide = resized(two, 64, 1);
-  EXPECT_EQ(wide.at(0, 0).red, 0);
-  EXPECT_EQ(wide.at(63, 0).red, 255);
-  for (std::uint32_t x = 1; x < 64; ++x) EXPECT_GE(wide.at(x, 0).red, wide.at(x - 1, 0).red);
-}
-
 // Else seams of that colour would show around everything that a texture cuts out.
 TEST(Image_Scale, what_cannot_be_seen_lends_no_colour) {
   Image image(2, 1);
   image.texels = {{255, 0, 255, 0}, {10, 20, 30, 255}};
   const Image scaled = resized(image, 16, 16);
-  const Texel color{10, 20, 30, 0};
-  for (Texel texel : scaled.texels) {
-    if (texel.alpha == 0) continue;
-    texel.alpha = 0;
-    EXPECT_EQ(texel, color);
-  }
-}
-
-TEST(Image_Scale, blocks_show_the_same_picture) {
-  const Image image = striped(4, 2), larger = in_blocks(image, 16, 16);
-  for (std::uint32_t y = 0; y < 16; ++y)
-    for (std::uint32_t x = 0; x < 16; ++x) EXPECT_EQ(larger.at(x, y), image.at(x / 4, y / 8));
+  for (const Texel& texel : scaled.texels)
+    EXPECT_TRUE(texel.alpha == 0 || texel == (Texel{10, 20, 30, texel.alpha}));
 }
 
 TEST(Texture_Places, move_by_whole_repeats_into_reach) {

@@ -1,3 +1,4 @@
+// Small closed shapes whose faces run counter-clockwise seen from outside.
 #include "tests/apps/shapes.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// Keys change options, and the options become a command line that kvdraw understands.
 #include "apps/view/keys.h"
 
 #include <gtest/gtest.h>

@@ -1,20 +1,15 @@
 // A screen without a monitor, and a user at its keyboard and mouse.
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
-#include <vector>
 
 #include "tests/apps/decoded.h"
+#include "tests/kvview/running_program.h"
 
 // Programs in this process's environment find the screen while it exists.
 class Hidden_Screen {
  public:
   Hidden_Screen();
-  ~Hidden_Screen();
-  Hidden_Screen(const Hidden_Screen&) = delete;
-  Hidden_Screen& operator=(const Hidden_Screen&) = delete;
 
   // Waits for the window of this title, gives it the keyboard, and returns its number.
   unsigned long window(const std::string& title) const;
@@ -24,5 +19,5 @@ class Hidden_Screen {
   Decoded look_at(unsigned long window) const;
 
  private:
-  pid_t server_ = -1;
+  Running_Program server_;
 };

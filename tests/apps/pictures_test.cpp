@@ -1,0 +1,262 @@
+// Pictures by what is seen in them: a letter for the hue at each place.
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+
+#include "tests/apps/program.h"
+
+namespace {
+
+const Words all = {"rgb", "rgb-z", "rgb-alpha", "rgb-alpha-z", "mapped", "mapped-z"};
+const Words direct = {"rgb", "rgb-z", "rgb-alpha", "rgb-alpha-z"};
+// All but rgb-alpha-z, whose faces the module draws whole, whatever the clip.
+const Words clipped = {"rgb", "rgb-z", "rgb-alpha", "mapped", "mapped-z"};
+const Words one = {"rgb-z"};
+const std::string samples = "/usr/share/assimp/models/";
+constexpr const char* quarters = "30,30 70,30 30,70 70,70";
+
+// Dithered colours show in the mean of some pixels.
+std::string hues(const Decoded& picture, const std::string& places) {
+  std::string letters;
+  for (const std::string& place : split(places)) {
+    unsigned x = 0, y = 0;
+    std::sscanf(place.c_str(), "%u,%u", &x, &y);
+    std::array<int, 3> sum{};
+    for (std::uint32_t i = 0; i < 64; ++i)
+      for (std::size_t c = 0; c < 3; ++c) sum[c] += picture.at(x - 4 + i % 8, y - 4 + i / 8)[c];
+    for (int& channel : sum) channel /= 64;
+    letters += hue(sum);
+  }
+  return letters;
+}
+
+int differing_pixels(const Decoded& a, const Decoded& b) {
+  int differing = 0;
+  for (std::uint32_t i = 0; i < a.width * a.height; ++i)
+    differing += a.at(i % a.width, i / a.width) != b.at(i % a.width, i / a.width);
+  return differing;
+}
+
+class Pictures : public Program {
+ protected:
+  // A square upright before the viewer, its texture from `from` on, `times` both ways.
+  void write_square(const std::string& name, const std::string& map, double times = 1,
+                    double from = 0) const {
+    std::ostringstream text;
+    text << "mtllib " << name << ".mtl\nusemtl skin\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
+    for (const auto& [s, t] : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
+      text << "vt " << from + s * times << " " << from + t * times << "\n";
+    write(name + ".obj", text.str() + "f 1/1 2/2 3/3 4/4\n");
+    write(name + ".mtl", "newmtl skin\nKd 1 1 1\nmap_Kd " + map + "\n");
+  }
+  void write_red(const std::string& name, const std::string& text) const {
+    write(name, "mtllib cube.mtl\nusemtl red\n" + text);
+  }
+  void SetUp() override {
+    write_cube();
+    write_red("ell.obj",  // of one face: the right top quarter is missing
+              "v 0 0 0\nv 2 0 0\nv 2 1 0\nv 1 1 0\nv 1 2 0\nv 0 2 0\nf 1 2 3 4 5 6\n");
+    write_red("quad.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
+    write_sheets();
+    write_points("points.bin");
+    write_gltf("triangle.gltf", "points.bin");
+    // A frame with a hole, its left lower corner cut off.
+    write("shape.txt", "# a frame\n10,10 90,10 90,90 40,90 10,60\n\n30 30 70 30 70 70 30 70\n");
+    write("paper.png", png_of("kkrbkkwwgmww", 6, 30));
+    write("clear.png", png_of("..gg", 2, 30));
+    write("tex.png", png_of("rgbm", 2, 16));
+    write("odd.png", png_of("rgbm", 2, 37));
+    // Two by two texels from the bottom up, blue first.
+    write("tex.tga", std::string("\0\0\2\0\0\0\0\0\0\0\0\0\2\0\2\0\30\0", 18) +
+                         std::string("\xff\0\0\xff\0\xff\0\0\xff\0\xff\0", 12));
+    std::filesystem::create_directory(path("Textures"));
+    write("Textures/my skin.png", png_of("rgbm", 2));
+    write_square("square", "tex.png");
+    write_square("odd", "odd.png");
+    write_square("tga", "tex.tga");
+    write_square("case", "C:\\art\\My Skin.PNG");
+    write_square("clamped", "-clamp on tex.png", 4, -1.5);
+    write_holes();
+  }
+  // A square whose texture cuts out two quarters; its first row is at t of 0.
+  void write_holes() const {
+    write("holes.gltf", R"({"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
+      "nodes": [{"mesh": 0}], "meshes": [{"primitives": [{"indices": 2, "material": 0,
+        "attributes": {"POSITION": 0, "TEXCOORD_0": 1}}]}],
+      "materials": [{"alphaMode": "MASK",
+                     "pbrMetallicRoughness": {"baseColorTexture": {"index": 0}}}],
+      "textures": [{"source": 0}], "images": [{"uri": "my%20holes.png"}],
+      "accessors": [
+        {"bufferView": 0, "componentType": 5126, "count": 4, "type": "VEC3", "min": [0, 0, 0],
+         "max": [1, 1, 0]},
+        {"bufferView": 1, "componentType": 5126, "count": 4, "type": "VEC2"},
+        {"bufferView": 2, "componentType": 5125, "count": 6, "type": "SCALAR"}],
+      "bufferViews": [{"buffer": 0, "byteLength": 48}, {"buffer": 0, "byteOffset": 48,
+        "byteLength": 32}, {"buffer": 0, "byteOffset": 80, "byteLength": 24}],
+      "buffers": [{"uri": "holes.bin", "byteLength": 104}]})");
+    const float numbers[20] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 1, 1, 1, 1, 0, 0, 0};
+    const std::uint32_t corners[6] = {0, 1, 2, 0, 2, 3};
+    write("holes.bin", std::string(reinterpret_cast<const char*>(numbers), sizeof numbers) +
+                           std::string(reinterpret_cast<const char*>(corners), sizeof corners));
+    write("my holes.png", png_of("r..m", 2, 16));
+  }
+};
+
+TEST_F(Pictures, show_the_right_hues) {
+  const std::string by_texture = "--texture=nearest --texture=linear";
+  const std::string by_all = by_texture + " --perspective-correct --mode=flat --ortho --tile=64";
+  const struct {
+    const char* line;
+    std::string ways;  // each added to the line in its turn
+    Words variants;
+    const char *places, *seen;
+  } rows[] = {
+      {"cube.obj", "--azimuth=30 --mode=flat --ortho --distance=0", direct, "50,50", "r"},
+      {"sheet.ply --background=#0000ff", "--ortho", one, "50,80 5,5 95,95", "rbb"},
+      {"sheet.stl --background=#0000ff", "--ortho", one, "50,80 5,5 95,5", "wbb"},
+      {"triangle.gltf --background=#0000ff", "--ortho", one, "50,80 5,5 95,5", "rbb"},
+      {"sheet.obj", "--ortho", one, "20,90 20,20 50,20", "rwr"},
+      {"square.obj", by_all, all, quarters, "rgbm"},
+      {"square.obj", "--no-textures", one, quarters, "wwww"},
+      {"odd.obj", by_texture, one, quarters, "rgbm"},
+      {"tga.obj", by_texture, one, quarters, "rgbm"},
+      {"case.obj", by_texture, one, quarters, "rgbm"},
+      {"clamped.obj", "--texture=nearest", all, quarters, "rgbm"},
+      {"holes.gltf --background=#00ff00", by_texture, all, quarters, "rggm"},
+      {"ell.obj", "--polygons", all, quarters, "rwrr"},
+      {"quad.obj --polygons", "--mode=shaded --tile=64", all, quarters, "rrrr"},
+      {"cube.obj --polygons --distance=0", "--azimuth=30", one, "5,5 50,50 95,95", "rrr"},
+      {"quad.obj --zoom=3 --size=100x80 --clip=shape.txt", "--mode=shaded --mode=flat --tile=48",
+       clipped, "20,17 84,40 50,64 50,40 5,5 15,72 95,75", "rrrwwww"},
+      {"cube.obj --zoom=.3 --background=paper.png",  // of which the middle is seen
+       "--mode=shaded --clip=circle --opacity=1 --tile=64", all, "5,5 95,5 5,95 95,95 50,50",
+       "rbgmr"},
+      {"cube.obj --zoom=.3 --background=clear.png", "--ortho", one, "5,5 5,95", "wg"},
+  };
+  for (const auto& row : rows)
+    for (const std::string& way : split(row.ways))
+      for (const std::string& variant : row.variants) {
+        const std::string line = std::string(row.line) + " " + way + " --variant=" + variant;
+        EXPECT_EQ(hues(draw(line), row.places), row.seen) << line;
+      }
+  write("MY SKIN.png", png_of("bbbb", 2));
+  EXPECT_EQ(hues(draw("case.obj"), quarters), "bbbb") << "beside the model comes first";
+}
+
+// However faces are cut at the near plane and sorted, they are the same ones.
+TEST_F(Pictures, show_the_same_faces_by_all_ways_of_drawing) {
+  for (const char* camera : {"--azimuth=30", "--azimuth=20 --elevation=10 --distance=0.2"})
+    for (const char* other : {" --polygons", " --variant=rgb", " --variant=rgb --polygons"}) {
+      const std::string line = std::string("cube.obj --mode=flat ") + camera;
+      const Decoded one_way = draw(line), other_way = draw(line + other);
+      EXPECT_LT(differing_pixels(one_way, other_way), 150) << line << other;
+    }
+}
+
+// Edges are those of faces; triangles would have more.
+TEST_F(Pictures, of_polygons_have_no_edges_inside) {
+  for (const char* mode : {" --mode=wireframe", " --mode=hidden-line"})
+    for (const auto& [model, y] : {std::pair("ell.obj", 55u), {"quad.obj", 10u}}) {
+      SCOPED_TRACE(model + std::string(mode));
+      const Decoded picture = draw(std::string(model) + " --polygons" + mode);
+      int inside = 0, around = 0;
+      for (std::uint32_t x = 8; x < 48; ++x)
+        for (std::uint32_t row = y; row < 90; ++row)
+          inside += picture.at(x, row) != picture.at(0, 0);
+      for (std::uint32_t i = 0; i < 100; ++i) around += picture.at(30, i) != picture.at(0, 0);
+      EXPECT_EQ(inside, 0);
+      EXPECT_EQ(around, 2);
+    }
+}
+
+TEST_F(Pictures, of_samples_show_their_textures) {
+  const std::string model = samples + "glTF2/textureTransform/TextureTransformTest.gltf";
+  if (!std::filesystem::exists(model)) GTEST_SKIP() << "the models are not installed";
+  for (const char* name : {"OBJ/spider.obj", "glTF2/BoxTextured-glTF-Binary/BoxTextured.glb",
+                           "glTF2/BoxTextured-glTF-Embedded/BoxTextured.gltf"}) {
+    const Decoded textured = draw(samples + name), plain = draw(samples + name + " --no-textures");
+    EXPECT_GT(differing_pixels(textured, plain), 700) << name;
+  }
+  // Squares with moved, turned and scaled textures; each arrow's tip touches its mark.
+  const Decoded picture = draw(model + " --size=700x500");
+  EXPECT_EQ(hues(picture, "40,40 260,40"), "gb");
+  EXPECT_EQ(picture.at(480, 40)[0], 0);
+  for (const auto& [x, y] : {std::pair(95u, 410u), {330u, 330u}, {543u, 370u}})
+    EXPECT_EQ(hue(picture.at(x, y)), 'k') << x << " " << y;
+}
+
+// More texels than a renderer can count: still each repeat in its place.
+TEST_F(Pictures, show_repeats_of_coordinates_far_out) {
+  write("tex.png", png_of("rb", 2, 2048));
+  write_square("many", "tex.png", 10);
+  const Decoded many = draw("many.obj --size=400x100");
+  int changes = 0;
+  for (std::uint32_t x = 155; x < 245; ++x)
+    changes += hue(many.at(x, 50)) != hue(many.at(x + 1, 50));
+  EXPECT_NEAR(changes, 19, 1);
+}
+
+// One warning for each file that cannot be had, and a checker in a texture's place.
+TEST_F(Pictures, show_what_is_left_without_files_that_cannot_be_read) {
+  write("../secret.mtl", "newmtl skin\nKd 0 1 0\nroot:x:0\n");
+  write("../tex.png", png_of("gggg", 2, 16));
+  std::filesystem::create_symlink("../secret.mtl", path("link.mtl"));
+  std::filesystem::create_symlink("../tex.png", path("link.png"));
+  write("cut.png", png_of("rgbm", 2, 50).substr(0, 60));
+  const std::string outside = "lies outside the model's folder and is not read";
+  const auto expect_warning = [&](const std::string& model, const std::string& what,
+                                  const char* seen) {
+    SCOPED_TRACE(what);
+    const Outcome outcome = shell("[ -p pipe ] || mkfifo pipe; timeout 20 \"$KVDRAW\" " + model +
+                                  " -o out.png --size=100x100 --azimuth=0 --elevation=0");
+    EXPECT_EQ(outcome.exit_code, 0);
+    EXPECT_EQ(outcome.errors, "kvdraw: " + model + ": warning: " + what + "\n");
+    EXPECT_EQ(hues(decode(path("out.png")), "50,50"), seen);
+  };
+  for (const std::string& name : {std::string("../secret.mtl"), path("../secret.mtl"),
+                                  std::string("link.mtl"), std::string("../../../etc/passwd")}) {
+    write("m.obj", "mtllib " + name + "\nusemtl skin\nv 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n");
+    expect_warning("m.obj", "file '" + name + "' " + outside, "w");
+  }
+  write("m.obj", "mtllib pipe\nv 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n");
+  expect_warning("m.obj", "file 'pipe' is not a regular file and is not read", "w");
+  const std::string checker = "; a checker stands in its place";
+  for (const auto& [name, what] :
+       {std::pair<std::string, std::string>{"gone.png", "is not found beside the model"},
+        {"link.png", outside},
+        {"/dev/zero", outside},
+        {"pipe", "is not a regular file and is not read"}}) {
+    write_square("t", name);
+    expect_warning("t.obj", "texture '" + name + "' " + what + checker, "m");
+  }
+  write_square("t", "cut.png");
+  const Outcome outcome = run("t.obj --info");
+  EXPECT_NE(outcome.output.find("texture 'cut.png' is damaged"), std::string::npos);
+}
+
+// Switches whose effect is seen in the picture alone: with each of them it is another one.
+TEST_F(Pictures, are_others_with_each_switch) {
+  write_red("box.obj",  // of three lengths
+            "v 0 0 0\nv 1 0 0\nv 1 2 0\nv 0 2 0\nv 0 0 3\nv 1 0 3\nv 1 2 3\nv 0 2 3\nf 4 3 2 1\n"
+            "f 5 6 7 8\nf 1 2 6 5\nf 2 3 7 6\nf 3 4 8 7\nf 4 1 5 8\n");
+  for (const auto& [base, more] : {std::pair<std::string, std::string>{"", "--pan=0.1,-0.2"},
+                                   {"", "--up=z"},
+                                   {"", "--zoom=1.5"},
+                                   {"", "--elevation=70"},
+                                   {"", "--framing=steady"},
+                                   {"", "--pattern=66"},
+                                   {"--variant=rgb-alpha-z", "--opacity=0.4"},
+                                   {"--variant=mapped-z", "--palette=cube3"},
+                                   {"--variant=rgb --mode=flat", "--merge"},
+                                   {"", "--edges"},
+                                   {"--mode=wireframe", "--wire=feature"},
+                                   {"--mode=wireframe --variant=rgb", "--antialias"},
+                                   {"--mode=wireframe", "--line-width=5"},
+                                   {"--mode=wireframe", "--line-pattern=2"},
+                                   {"--mode=wireframe --line-width=3", "--outline"}}) {
+    const std::string line = "box.obj --azimuth=30 " + base + " ";
+    EXPECT_TRUE(draw(line).bytes != draw(line + more).bytes) << more;
+  }
+}
+
+}  // namespace
