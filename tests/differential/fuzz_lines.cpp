@@ -112,16 +112,7 @@ struct Test {
     misc.advanced_options.bits = strip               ? random.pick({32u, 34u, 0xFFFFFFFFu})
                                  : random.once_in(3) ? random.pick({2u, 10u, 0xFFFFFFDFu})
                                                      : random.pick({0u, 8u, 16u});
-    if ((misc.advanced_options.bits & 2) != 0) {
-      // Antialiased lines take device coordinates for those of the frame: the clip must suit both.
-      KT_Int_Rectangle& hard = hard_clip();
-      const KT_Int_Rectangle both{std::max(hard.left, 0), std::min(hard.right, scene.size.x - 1),
-                                  std::max(hard.bottom, 0), std::min(hard.top, scene.size.y - 1)};
-      const bool suits = both.left <= both.right && both.bottom <= both.top;
-      if (suits) hard = both;
-      if (!suits) misc.advanced_options.bits &= ~2u;
-      features += suits ? ",antialiased" : "";
-    }
+    if ((misc.advanced_options.bits & 2) != 0) features += ",antialiased";
     if (attributes.line_weight > 1 || attributes.line_pattern != 0) features += ",general";
     if (scene.use_mask && scene.rendition->display_context->complex_clip) features += ",masked";
     if (scene.force_merge || misc.drawing_mode == 20) features += ",merge";

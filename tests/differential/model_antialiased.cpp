@@ -13,6 +13,7 @@ namespace {
 void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const KT_DCI_Point& p,
                 int dx, int dy, int from, int end, KT_RGB32 color) {
   const KT_Int_Rectangle& hard = rendition->display_context->hard_clip;
+  const int low = x_major ? hard.bottom : hard.left, high = x_major ? hard.top : hard.right;
   const std::int64_t minor_d = x_major ? dy : dx, major_d = std::abs(x_major ? dx : dy);
   const std::int64_t step = major_d == 0 ? 0 : minor_d * 4294967296 / major_d;
   for (int i = from; i < end; ++i) {
@@ -20,8 +21,11 @@ void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const
     const int major = x_major ? p.x + (dx < 0 ? -i : i) : p.y + (dy < 0 ? -i : i);
     const auto center = static_cast<int>((position + 0x80000000) >> 32);
     for (int minor = center - 1; minor <= center + 1; ++minor) {
+      // Only the neighbours heed the clip, and only across the line.
+      if (minor < center && minor < low) continue;
+      if (minor > center && minor > high) continue;
       const int x = x_major ? major : minor, y = x_major ? minor : major;
-      if (x < hard.left || x > hard.right || y < hard.bottom || y > hard.top) continue;
+      if (x < 0 || x >= state.color.width || y < 0 || y >= state.color.height) continue;
       if (hidden(state, x, y)) continue;
       const auto distance = static_cast<double>(std::abs(minor * 4294967296 - position) >> 24);
       const int coverage = std::max(0, static_cast<int>(std::floor(256.5 - 0.81793 * distance)));
