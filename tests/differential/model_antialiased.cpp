@@ -1,75 +1,74 @@
 // Reference model, antialiased lines: three pixels across at every step along the major axis.
+// Positions across have 32 fraction bits.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
 #include "tests/differential/model_lines.h"
-#include "tests/differential/model_small.h"
 
 namespace model {
 namespace {
 
+constexpr std::int64_t one = std::int64_t{1} << 32;
+
 /// Steps `from` to `end` of the line that leaves `p` by (dx, dy).
-void draw_steps(State& state, const KT_Rendition& rendition, bool x_major, const KT_DCI_Point& p,
-                int dx, int dy, int from, int end, KT_RGB32 color) {
-  const KT_Int_Rectangle& hard = rendition->display_context->hard_clip;
+void draw_steps(State& state, const KT_Rendition_Data& rendition, bool x_major,
+                const KT_DCI_Point& p, int dx, int dy, int from, int end, KT_RGB32 color) {
+  const KT_Int_Rectangle& hard = rendition.display_context->hard_clip;
   const int low = x_major ? hard.bottom : hard.left, high = x_major ? hard.top : hard.right;
   const std::int64_t minor_d = x_major ? dy : dx, major_d = std::abs(x_major ? dx : dy);
-  const std::int64_t step = major_d == 0 ? 0 : minor_d * 4294967296 / major_d;
+  const std::int64_t step = major_d == 0 ? 0 : minor_d * one / major_d;
   for (int i = from; i < end; ++i) {
-    const std::int64_t position = (x_major ? p.y : p.x) * 4294967296 + i * step;
+    const std::int64_t position = (x_major ? p.y : p.x) * one + i * step;
     const int major = x_major ? p.x + (dx < 0 ? -i : i) : p.y + (dy < 0 ? -i : i);
-    const auto center = static_cast<int>((position + 0x80000000) >> 32);
+    const auto center = static_cast<int>((position + one / 2) >> 32);
     for (int minor = center - 1; minor <= center + 1; ++minor) {
       // Only the neighbours heed the clip, and only across the line.
       if (minor < center && minor < low) continue;
       if (minor > center && minor > high) continue;
       const int x = x_major ? major : minor, y = x_major ? minor : major;
-      if (x < 0 || x >= state.color.width || y < 0 || y >= state.color.height) continue;
-      if (hidden(state, x, y)) continue;
-      const auto distance = static_cast<double>(std::abs(minor * 4294967296 - position) >> 24);
+      if (!state.color.holds(x, y) || state.hidden(x, y)) continue;
+      const auto distance = static_cast<double>(std::abs(minor * one - position) >> 24);
       const int coverage = std::max(0, static_cast<int>(std::floor(256.5 - 0.81793 * distance)));
-      const int weight = coverage * (color.alpha * 256 / 255);
-      const auto mix = [weight](int s, int d) {
-        return static_cast<std::uint8_t>(d + (((s - d) * weight) >> 16));
-      };
       auto& pixel = state.color.at<KT_RGB32>(x, y);
-      pixel = {mix(color.blue, pixel.blue), mix(color.green, pixel.green),
-               mix(color.red, pixel.red), 255};
+      pixel = blend_by(coverage * weight_of(color.alpha), pixel, color);
     }
   }
 }
 
 /// A segment of which an end at least lies outside, with the codes of its ends.
-void draw_cut(State& state, const KT_Rendition& rendition, const KT_DCI_Point& p,
+void draw_cut(State& state, const KT_Rendition_Data& rendition, const KT_DCI_Point& p,
               const KT_DCI_Point& q, int p_code, int q_code, bool draw_last) {
-  const KT_Int_Rectangle& hard = rendition->display_context->hard_clip;
-  const KT_RGB32 color = rendition->material->color;
+  const KT_Int_Rectangle& hard = rendition.display_context->hard_clip;
   const int dx = q.x - p.x, dy = q.y - p.y;
-  const int adx = std::abs(dx), ady = std::abs(dy);
   KT_DCI_Point ends[2] = {p, q};
   const int codes[2] = {p_code, q_code};
+  const auto scaled = [](int a, int b, int c) {
+    return static_cast<int>(static_cast<std::int64_t>(a) * b / c);
+  };
   for (int k = 0; k < 2; ++k) {
     KT_DCI_Point& end = ends[k];
-    const KT_DCI_Point before = end;
-    if ((codes[k] & 1) != 0 && dx != 0) end.x = hard.left;
-    if ((codes[k] & 4) != 0 && dx != 0) end.x = hard.right;
-    if (dx != 0) end.y += static_cast<int>(static_cast<std::int64_t>(end.x - before.x) * dy / dx);
+    if ((codes[k] & 5) != 0 && dx != 0) {
+      const int x = (codes[k] & 4) != 0 ? hard.right : hard.left;
+      end = {x, end.y + scaled(x - end.x, dy, dx), 0};
+    }
     if (end.y >= hard.bottom && end.y <= hard.top) continue;
     end.y = end.y < hard.bottom ? hard.bottom : hard.top;
-    if (dy != 0) end.x = p.x + static_cast<int>(static_cast<std::int64_t>(end.y - p.y) * dx / dy);
+    if (dy != 0) end.x = p.x + scaled(end.y - p.y, dx, dy);
     if (end.x < hard.left || end.x > hard.right) return;
   }
-  const bool x_major = dx != 0 && adx >= ady;
-  const int skip = x_major ? std::abs(ends[0].x - p.x) : std::abs(ends[0].y - p.y);
-  const int length = x_major ? std::abs(ends[1].x - ends[0].x) : std::abs(ends[1].y - ends[0].y);
-  draw_steps(state, rendition, x_major, p, dx, dy, skip, skip + length + draw_last, color);
+  const bool x_major = dx != 0 && std::abs(dx) >= std::abs(dy);
+  const auto steps_between = [&](const KT_DCI_Point& a, const KT_DCI_Point& b) {
+    return x_major ? std::abs(b.x - a.x) : std::abs(b.y - a.y);
+  };
+  const int skip = steps_between(p, ends[0]);
+  draw_steps(state, rendition, x_major, p, dx, dy, skip,
+             skip + steps_between(ends[0], ends[1]) + draw_last, rendition.material->color);
 }
 
 }  // namespace
 
-void draw_antialiased_run(State& state, const KT_Rendition& rendition,
-                          const std::vector<KT_DCI_Point>& points,
+void draw_antialiased_run(State& state, const KT_Rendition_Data& rendition, const Points& points,
                           const std::vector<KT_RGB32>& segment_colors, bool draw_last) {
   for (std::size_t j = 0; j + 1 < points.size(); ++j) {
     const KT_DCI_Point& p = points[j];
@@ -81,11 +80,10 @@ void draw_antialiased_run(State& state, const KT_Rendition& rendition,
   }
 }
 
-void draw_antialiased_line(State& state, const KT_Rendition& rendition,
-                           const std::vector<KT_DCI_Point>& points) {
-  const KT_Int_Rectangle& hard = rendition->display_context->hard_clip;
-  const std::vector<KT_RGB32> color{rendition->material->color};
-  std::vector<KT_DCI_Point> run{points[0]};
+void draw_antialiased_line(State& state, const KT_Rendition_Data& rendition, const Points& points) {
+  const KT_Int_Rectangle& hard = rendition.display_context->hard_clip;
+  const std::vector<KT_RGB32> color{rendition.material->color};
+  Points run{points[0]};
   // On the first point alone the right and the top bound count as outside.
   const auto code_of = [&](const KT_DCI_Point& p, int bound) {
     return (p.x < hard.left) + 2 * (p.y > hard.top - bound) + 4 * (p.x > hard.right - bound) +
@@ -96,7 +94,7 @@ void draw_antialiased_line(State& state, const KT_Rendition& rendition,
     const int code = code_of(points[j], 0);
     if ((before | code) != 0) {
       if ((before & code) == 0) {
-        if (run.size() > 1) draw_antialiased_run(state, rendition, run, color, false);
+        draw_antialiased_run(state, rendition, run, color, false);
         draw_cut(state, rendition, points[j - 1], points[j], before, code,
                  code != 0 || j + 1 == points.size());
       }
@@ -105,7 +103,7 @@ void draw_antialiased_line(State& state, const KT_Rendition& rendition,
     run.push_back(points[j]);
     before = code;
   }
-  if (run.size() > 1) draw_antialiased_run(state, rendition, run, color, true);
+  draw_antialiased_run(state, rendition, run, color, true);
 }
 
 }  // namespace model

@@ -1,248 +1,200 @@
+// Reference model of the clipper. Sides are numbered around the rectangle: left, top, right,
+// bottom. A vertex is a row of numbers: x, y, z, four channels of colour, the parameter.
 #include "tests/differential/model_clipper.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
-#include <utility>
+#include <limits>
+#include <optional>
 
 namespace model {
 namespace {
 
-enum Side { left = 1, top = 2, right = 4, bottom = 8 };
+constexpr int none = -1;  // for a side
+constexpr std::array<double, 4> bounds{-4000, 28760, 28760, -4000};
+constexpr double bound(int side) {
+  return bounds[static_cast<std::size_t>(side)];
+}
 
-struct Vertex {
-  double x, y, z;
-  KT_RGB32 color;
-  KT_Parameter parameter;
-};
+constexpr std::size_t first_channel = 3, first_parameter = 7;
+using Vertex = std::array<double, 10>;
+
+/// A number as a vertex holds it: channels are bytes and parameters floats.
+double stored(std::size_t k, double value) {
+  if (k >= first_parameter) return to_float(value);
+  return k >= first_channel ? static_cast<std::uint8_t>(value) : value;
+}
+
+Vertex vertex_of(const Corner& c) {
+  const auto& [p, color, parameter, vector] = c;
+  return {double(p.x),         double(p.y),       double(p.z),         double(color.blue),
+          double(color.green), double(color.red), double(color.alpha), parameter.s,
+          parameter.t,         parameter.r};
+}
+
+Corner corner_of(const Vertex& v) {
+  const auto channel = [&](std::size_t k) { return static_cast<std::uint8_t>(v[k]); };
+  const auto parameter = [&](std::size_t k) { return static_cast<float>(v[k]); };
+  return {{rounded(v[0]), rounded(v[1]), rounded(v[2])},
+          {channel(3), channel(4), channel(5), channel(6)},
+          {parameter(7), parameter(8), parameter(9)}};
+}
+
+/// The point at `t` from `a` to `b`, which lies on that side, if any.
+Vertex between(const Vertex& a, const Vertex& b, double t, int side) {
+  Vertex v;
+  for (std::size_t k = 0; k < v.size(); ++k) v[k] = stored(k, a[k] + (b[k] - a[k]) * t);
+  for (std::size_t k = 0; k < 2; ++k) v[k] = std::clamp(v[k], bounds[0], bounds[2]);
+  if (side != none) v[static_cast<std::size_t>(side % 2)] = bound(side);
+  return v;
+}
 
 struct Cut {
-  bool visible = false;
-  Vertex start{}, end{};
-  int entry = 0, exit = 0;
+  Vertex start, end;
+  int entry = none, exit = none;
 };
 
-/// Value of `channel` of a colour, 0 to 3 from the lowest address.
-int channel(KT_RGB32 color, int k) {
-  return static_cast<int>(color.word() >> (8 * k) & 255);
-}
-
-template <class Value>
-KT_RGB32 from_channels(Value value) {
-  std::uint32_t word = 0;
-  for (int k = 0; k < 4; ++k)
-    word |= static_cast<std::uint32_t>(static_cast<std::uint8_t>(value(k))) << (8 * k);
-  return KT_RGB32::from_word(word);
-}
-
-/// The parameter whose components are `value` of theirs.
-template <class Value>
-KT_Parameter from_components(Value value) {
-  return {static_cast<float>(value(&KT_Parameter::s)), static_cast<float>(value(&KT_Parameter::t)),
-          static_cast<float>(value(&KT_Parameter::r))};
-}
-
-Vertex point_on(const Vertex& a, const Vertex& b, double t, int side, const KT_Int_Rectangle& r) {
-  Vertex p{};
-  p.z = a.z + (b.z - a.z) * t;
-  p.color = from_channels([&](int k) {
-    const double c = channel(a.color, k);
-    return c + (channel(b.color, k) - c) * t;
-  });
-  p.parameter = from_components([&](float KT_Parameter::*of) {
-    const double from = a.parameter.*of;
-    return from + (b.parameter.*of - from) * t;
-  });
-  if (side == left || side == right) {
-    p.x = side == left ? r.left : r.right;
-    p.y = std::clamp<double>(a.y + (b.y - a.y) * t, r.bottom, r.top);
-  } else if (side != 0) {
-    p.y = side == bottom ? r.bottom : r.top;
-    p.x = std::clamp<double>(a.x + (b.x - a.x) * t, r.left, r.right);
-  } else {
-    p.x = t == 0 ? a.x : b.x;
-    p.y = t == 0 ? a.y : b.y;
-  }
-  return p;
-}
-
-Cut clip_edge(const Vertex& a, const Vertex& b, const KT_Int_Rectangle& r, bool retry = false) {
-  constexpr double epsilon = 1e-12f;
-  double t_in = 0, t_out = 1;
+/// What of an edge lies inside.
+std::optional<Cut> cut_edge(const Vertex& a, const Vertex& b, bool reversed = false) {
+  // A later cut, which is one in y, wins where it is as good as the earlier one.
+  constexpr double slacks[2] = {std::numeric_limits<double>::infinity(), 1e-12f};
+  double start = 0, end = 1;
   Cut cut;
-  // One axis: low and high side, with their codes. `slack` is for the second axis.
-  const auto axis = [&](double from, double to, int low, int low_code, int high, int high_code,
-                        double slack) {
-    const double d = to - from;
-    const auto enter = [&](int side, int code) {
-      const double t = (side - from) / d;
-      if (slack != 0 && !(t >= t_in - slack)) return;
-      t_in = t;
-      cut.entry = code;
+  for (const std::size_t axis : {0u, 1u}) {
+    const double d = b[axis] - a[axis];
+    const int low = axis == 0 ? 0 : 3, high = axis == 0 ? 2 : 1;
+    const int near = d > 0 ? low : high, far = d > 0 ? high : low;
+    const auto beyond = [&](int side, const Vertex& v) {
+      return side == low ? bound(low) > v[axis] : v[axis] > bound(high);
     };
-    const auto leave = [&](int side, int code) {
-      const double t = (side - from) / d;
-      if (slack != 0 && !(t_out + slack >= t)) return;
-      t_out = t;
-      cut.exit = code;
-    };
-    if (d > 0) {
-      if (low > from) {
-        if (low > to) return false;
-        enter(low, low_code);
-      }
-      if (to > high) {
-        if (from > high) return false;
-        leave(high, high_code);
-      }
-    } else {
-      if (low > to) {
-        if (low > from) return false;
-        leave(low, low_code);
-      }
-      if (from > high) {
-        if (to > high) return false;
-        enter(high, high_code);
-      }
-    }
-    return true;
-  };
-  if (!axis(a.x, b.x, r.left, left, r.right, right, 0)) return {};
-  if (!axis(a.y, b.y, r.bottom, bottom, r.top, top, epsilon)) return {};
-  if (t_in > t_out) return {};
-  if (t_in > 0.999) {
-    if (retry) return {};
-    cut = clip_edge(b, a, r, true);
-    std::swap(cut.start, cut.end);
-    std::swap(cut.entry, cut.exit);
-    return cut;
+    const auto meet = [&](int side) { return (bound(side) - a[axis]) / d; };
+    if (beyond(near, b) || beyond(far, a)) return std::nullopt;
+    if (beyond(near, a) && meet(near) >= start - slacks[axis]) start = meet(cut.entry = near);
+    if (beyond(far, b) && end + slacks[axis] >= meet(far)) end = meet(cut.exit = far);
   }
-  cut.visible = true;
-  cut.start = point_on(a, b, t_in, cut.entry, r);
-  cut.end = point_on(a, b, t_out, cut.exit, r);
+  if (start > end || (start > 0.999 && reversed)) return std::nullopt;
+  if (start > 0.999) {  // too near to the other end: from there
+    std::optional<Cut> back = cut_edge(b, a, true);
+    if (back) *back = {back->end, back->start, back->exit, back->entry};
+    return back;
+  }
+  cut.start = between(a, b, start, cut.entry);
+  cut.end = between(a, b, end, cut.exit);
   return cut;
 }
 
-struct Gradient {
-  double dx, dy;
-};
+struct Clipper {
+  std::array<Vertex, 3> p;
 
-bool point_in_triangle(const Vertex (&p)[3], double x, double y) {
-  const double a = p[1].x - p[0].x, c = p[1].y - p[0].y;
-  const double d = p[2].x - p[0].x, b = p[2].y - p[0].y;
-  const double px = x - p[0].x, py = y - p[0].y;
-  double u, v;
-  if (a == 0) {
-    if (c == 0 || d == 0) return false;
-    v = px / d;
-    if (v < 0 || v > 1) return false;
-    u = (py - v * b) / c;
-  } else {
-    const double e = a * b - d * c;
-    if (e == 0) return false;
-    v = (a * py - px * c) / e;
-    if (v < 0 || v > 1) return false;
-    u = (px - v * d) / a;
+  std::vector<Vertex> outline() const {
+    std::vector<Vertex> outline;
+    int first_side = none, open_side = none;  // where the outline begins and where it has left
+    bool follows = true;                      // the edge starts where the one before ended
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::optional<Cut> cut = cut_edge(p[i], p[(i + 1) % 3]);
+      if (cut) {
+        const bool begins = open_side == none && (!follows || (i == 0 && cut->entry != none));
+        if (begins) first_side = cut->entry;
+        go_round(outline, open_side, cut->entry);
+        if (begins || open_side != none) outline.push_back(cut->start);
+        outline.push_back(cut->end);
+        open_side = cut->exit;
+      }
+      follows = cut.has_value();
+    }
+    go_round(outline, open_side, first_side);
+    return outline;
   }
-  return u > 0 && u + v <= 1;
-}
 
-int to_int(double value) {
-  return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value) : INT_MIN;
-}
+  /// All of the rectangle, when its left bottom corner lies in the triangle.
+  std::vector<Vertex> whole_rectangle() const {
+    if (!holds(bounds[0], bounds[3])) return {};
+    return {on_plane(bounds[0], bounds[3]), on_plane(bounds[0], bounds[1]),
+            on_plane(bounds[2], bounds[1]), on_plane(bounds[2], bounds[3])};
+  }
+
+  /// Appends the corners between two sides, in the direction of the triangle.
+  void go_round(std::vector<Vertex>& outline, int from, int to) const {
+    while (from != none && to != none && from != to) {
+      const int next = (from + (area() > 0 ? 3 : 1)) % 4;
+      const bool from_x = from % 2 == 0;
+      outline.push_back(on_plane(bound(from_x ? from : next), bound(from_x ? next : from)));
+      from = next;
+    }
+  }
+
+  double side(std::size_t corner, std::size_t k) const { return p[corner][k] - p[0][k]; }
+  /// Twice the area, positive where the corners go round counterclockwise.
+  double area() const { return side(1, 0) * side(2, 1) - side(1, 1) * side(2, 0); }
+
+  /// How number `k` changes along an axis.
+  double gradient(std::size_t axis, std::size_t k) const {
+    const std::size_t other = 1 - axis;
+    const double change = side(1, k) * side(2, other) - side(2, k) * side(1, other);
+    if (area() != 0) return (axis == 0 ? change : -change) / area();
+    for (const std::size_t corner : {1u, 2u})
+      if (side(corner, axis) != 0) return side(corner, k) / side(corner, axis);
+    return 0;
+  }
+
+  Vertex on_plane(double x, double y) const {
+    Vertex v{x, y};
+    for (std::size_t k = 2; k < v.size(); ++k) {
+      const auto slope = [&](std::size_t axis) {
+        const double g = gradient(axis, k);
+        return k < first_channel ? g : to_float(g);
+      };
+      v[k] = p[0][k] + (x - p[0][0]) * slope(0) + (y - p[0][1]) * slope(1);
+      const bool is_channel = k >= first_channel && k < first_parameter;
+      v[k] = stored(k, is_channel ? std::clamp(v[k], 0.0, 255.0) : v[k]);
+    }
+    return v;
+  }
+
+  /// In coordinates of the two sides from the first corner: u along the one, v along the other.
+  bool holds(double x, double y) const {
+    const double px = x - p[0][0], py = y - p[0][1];
+    const double a = side(1, 0), b = side(2, 1), c = side(1, 1), d = side(2, 0);
+    const bool upright = a == 0;
+    if (upright ? c == 0 || d == 0 : area() == 0) return false;
+    const double v = upright ? px / d : (a * py - px * c) / area();
+    const double u = upright ? (py - v * b) / c : (px - v * d) / a;
+    return v >= 0 && v <= 1 && u > 0 && u + v <= 1;
+  }
+};
 
 }  // namespace
 
+int truncated(double value) {
+  return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value) : INT_MIN;
+}
 int rounded(double value) {
-  return to_int(value >= 0 ? value + 0.5 : value - 0.49999999999);
+  return truncated(value >= 0 ? value + 0.5 : value - 0.49999999999);
 }
-
 int rounded(float value) {
-  const float sum = value >= 0 ? value + 0.5f : value - 0.499999f;
-  return to_int(sum);
+  return truncated(to_float(value >= 0 ? value + 0.5f : value - 0.499999f));
+}
+float to_float(double value) {
+  const volatile float nearest = static_cast<float>(value);
+  return nearest;
 }
 
-std::vector<Clipped_Point> clip_triangle(const KT_DCI_Point (&points)[3],
-                                         const KT_RGB32 (&colors)[3], const KT_Int_Rectangle& r,
-                                         const KT_Parameter* parameters) {
-  Vertex p[3];
-  for (int i = 0; i < 3; ++i)
-    p[i] = {double(points[i].x), double(points[i].y), double(points[i].z), colors[i],
-            parameters ? parameters[i] : KT_Parameter{}};
-  const double a = p[1].x - p[0].x, b = p[2].y - p[0].y;
-  const double c = p[1].y - p[0].y, d = p[2].x - p[0].x;
-  const double determinant = a * b - c * d;
-  const bool counterclockwise = a * b > c * d;
-  // Asked for only when a corner lies in the triangle, which then has an area.
-  const auto gradient = [&](double f1, double f2) -> Gradient {
-    return {(f1 * b - f2 * c) / determinant, -(f1 * d - f2 * a) / determinant};
+std::vector<Corner> clip_triangle(std::span<const Corner> corners) {
+  const auto in_range = [](int value) { return value >= bounds[0] && value <= bounds[2]; };
+  const auto lies_inside = [&](const Corner& c) {
+    return in_range(c.point.x) && in_range(c.point.y);
   };
-  const auto on_plane = [&](double x, double y) -> Vertex {
-    const Gradient dz = gradient(p[1].z - p[0].z, p[2].z - p[0].z);
-    const auto from_base = [&](auto base, double f1, double f2) {
-      const Gradient g = gradient(f1, f2);
-      return base + (x - p[0].x) * static_cast<float>(g.dx) +
-             (y - p[0].y) * static_cast<float>(g.dy);
-    };
-    return {x, y, p[0].z + (x - p[0].x) * dz.dx + (y - p[0].y) * dz.dy, from_channels([&](int k) {
-              const int base = channel(p[0].color, k);
-              return std::clamp(
-                  from_base(base, channel(p[1].color, k) - base, channel(p[2].color, k) - base),
-                  0.0, 255.0);
-            }),
-            from_components([&](float KT_Parameter::*of) {
-              const double base = p[0].parameter.*of;
-              return from_base(base, p[1].parameter.*of - base, p[2].parameter.*of - base);
-            })};
-  };
-
-  std::vector<Vertex> polygon;
-  const auto insert_corners = [&](int from, int to) {
-    while (from != to && to != 0) {
-      // The corner between a side and the next one round the rectangle.
-      const int next = counterclockwise ? (from == left ? bottom : from / 2)
-                                        : (from == bottom ? left : from * 2);
-      polygon.push_back(on_plane((from | next) & left ? r.left : r.right,
-                                 (from | next) & bottom ? r.bottom : r.top));
-      from = next;
-    }
-  };
-  int first_code = 0, pending = 0;
-  bool previous_visible = true;
-  for (int i = 0; i < 3; ++i) {
-    const Cut cut = clip_edge(p[i], p[(i + 1) % 3], r);
-    if (cut.visible) {
-      if (pending != 0) {
-        insert_corners(pending, cut.entry);
-        polygon.push_back(cut.start);
-        pending = 0;
-      } else if ((i == 0 && cut.entry != 0) || !previous_visible) {
-        first_code = cut.entry;
-        polygon.push_back(cut.start);
-      }
-      polygon.push_back(cut.end);
-      pending = cut.exit;
-    }
-    previous_visible = cut.visible;
-  }
-  if (pending != 0) insert_corners(pending, first_code);
-
-  std::vector<Vertex> strip;
-  const std::size_t n = polygon.size();
-  if (n == 0) {
-    if (point_in_triangle(p, r.left, r.bottom))
-      strip = {on_plane(r.left, r.bottom), on_plane(r.left, r.top), on_plane(r.right, r.bottom),
-               on_plane(r.right, r.top)};
-  } else if (n >= 3 && n <= 8) {
-    strip.push_back(polygon[0]);
-    for (std::size_t low = 1, high = n - 1; low <= high; ++low, --high) {
-      strip.push_back(polygon[low]);
-      if (low < high) strip.push_back(polygon[high]);
-    }
-  }
-  std::vector<Clipped_Point> result;
-  for (const Vertex& v : strip)
-    result.push_back({{rounded(v.x), rounded(v.y), rounded(v.z)}, v.color, v.parameter});
-  return result;
+  if (std::ranges::all_of(corners, lies_inside)) return {corners.begin(), corners.end()};
+  const Clipper clipper{{vertex_of(corners[0]), vertex_of(corners[1]), vertex_of(corners[2])}};
+  std::vector<Vertex> outline = clipper.outline();
+  if (outline.empty()) outline = clipper.whole_rectangle();
+  std::vector<Corner> strip;
+  const std::size_t n = outline.size();
+  // From the first vertex on along both arms of the outline in turn; of a whole rectangle too.
+  for (std::size_t i = 0; n >= 3 && n <= 8 && i < n; ++i)
+    strip.push_back(corner_of(outline[i % 2 == 1 ? (i + 1) / 2 : (n - i / 2) % n]));
+  return strip;
 }
 
 }  // namespace model

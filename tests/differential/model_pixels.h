@@ -1,8 +1,8 @@
-// Reference model, pixels: the frame images, the fixed-point steps, depth, merge, blend, dither.
-// Everything is written for one pixel at a time and for clarity alone.
+// Reference model, pixels: the frame images, the fixed-point steps, depth, mask, pattern, merge,
+// blend, dither, dots. Everything is written for one pixel at a time and for clarity alone.
 #pragma once
 
-#include <cstdint>
+#include <stdexcept>
 #include <vector>
 
 #include "host/framework.h"
@@ -11,24 +11,22 @@ namespace model {
 
 enum class Variant { rgb_alpha, rgb, mapped, mapped_z, rgb_alpha_z, rgb_z };
 enum class Kind { flat, colorized, gouraud };
+using enum Variant;
 
 constexpr bool has_depth(Variant v) {
-  return v == Variant::mapped_z || v == Variant::rgb_alpha_z || v == Variant::rgb_z;
+  return v >= mapped_z;
 }
 constexpr bool is_mapped(Variant v) {
-  return v == Variant::mapped || v == Variant::mapped_z;
+  return v == mapped || v == mapped_z;
 }
 constexpr bool has_alpha(Variant v) {
-  return v == Variant::rgb_alpha || v == Variant::rgb_alpha_z;
+  return v == rgb_alpha || v == rgb_alpha_z;
 }
 constexpr Variant without_depth(Variant v) {
-  return v == Variant::mapped_z      ? Variant::mapped
-         : v == Variant::rgb_alpha_z ? Variant::rgb_alpha
-         : v == Variant::rgb_z       ? Variant::rgb
-                                     : v;
+  return is_mapped(v) ? mapped : has_alpha(v) ? rgb_alpha : rgb;
 }
 constexpr Variant with_alpha(Variant v) {
-  return v == Variant::rgb ? Variant::rgb_alpha : v == Variant::rgb_z ? Variant::rgb_alpha_z : v;
+  return v == rgb ? rgb_alpha : v == rgb_z ? rgb_alpha_z : v;
 }
 
 /// A copy of a frame image in memory order, padding included.
@@ -40,18 +38,14 @@ struct Plane {
   Plane() = default;
   explicit Plane(const KT_Shared_Image& image);
 
-  /// Pixel at buffer (x, y); throws `std::out_of_range` outside the image.
+  bool holds(int x, int y) const { return x >= 0 && x < width && y >= 0 && y < height; }
+  /// Distance of the first byte of buffer row `y` from that of the image.
+  std::ptrdiff_t row(int y) const { return std::ptrdiff_t{height - 1 - y} * row_bytes; }
   template <class Pixel>
   Pixel& at(int x, int y) {
-    const auto offset =
-        static_cast<std::size_t>(height - 1 - y) * static_cast<std::size_t>(row_bytes) +
-        static_cast<std::size_t>(x) * sizeof(Pixel);
-    if (x < 0 || x >= width || y < 0) offset_fault();
-    return reinterpret_cast<Pixel&>(bytes.at(offset));
+    if (!holds(x, y)) throw std::out_of_range("the model left the image");
+    return reinterpret_cast<Pixel*>(bytes.data() + row(y))[x];
   }
-
- private:
-  [[noreturn]] static void offset_fault();
 };
 
 /// What a renderer holds between the calls.
@@ -69,30 +63,73 @@ struct State {
 
   /// Takes the merge colours from a key of red, green, blue; `palette` must be set.
   void set_merge_key(const int (&key)[3]);
+  bool merge_on(const KT_Rendition_Data&) const;
+  /// True where the mask in force hides a pixel of buffer coordinates.
+  bool hidden(int x, int y) const { return mask && (mask->rows[y][x / 8] & (128 >> (x % 8))) != 0; }
 };
 
-/// b taken from a, wrapped.
-constexpr std::int32_t difference(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
-std::int32_t line_step(std::int32_t d, std::int32_t n);
-std::int32_t depth_step(std::int32_t d, std::int32_t n);
-/// 16.16 value of a colour channel on pixel `i` of the `n` between two edges.
-std::uint32_t channel_on_span(std::uint32_t l, std::uint32_t r, int n, int i, bool short_forms);
-/// The same in the mapped variants, with 16 fraction bits of cube position.
-std::int32_t scaled_on_span(std::uint32_t l, std::uint32_t r, int n, int i, bool short_forms);
-std::uint16_t depth_on_span(std::uint32_t l, std::uint32_t r, int n, int i, bool short_forms);
-bool depth_passes(unsigned test, std::uint16_t z, std::uint16_t stored);
+/// The bits and options of a face pattern.
+struct Face_Pattern {
+  KT_User_Pattern pattern{nullptr, 8, 8, 1};
+  KT_Int_XY origin;
+  bool opaque, inverted, solid, empty;  ///< empty: nothing at all is drawn
 
-std::uint32_t merge_rgb(const State&, std::uint32_t pixel, std::uint32_t color);
+  explicit Face_Pattern(const KT_Rendition_Data&);
+  bool bit(int x, int y) const;
+};
+
+// 32-bit arithmetic that wraps.
+constexpr std::uint32_t bits(int value) {
+  return static_cast<std::uint32_t>(value);
+}
+constexpr int sum(int a, int b) {
+  return static_cast<int>(bits(a) + bits(b));
+}
+constexpr int difference(int a, int b) {
+  return static_cast<int>(bits(a) - bits(b));
+}
+constexpr int product(int a, int b) {
+  return static_cast<int>(bits(a) * bits(b));
+}
+/// d/n with 16 fraction bits; d itself where n is 0.
+int line_step(int d, int n);
+/// The same with 15 fraction bits.
+int depth_step(int d, int n);
+
+/// The value that a span takes on pixel `i` of the `n` between its edges' values, with as many
+/// fraction bits as the edges have and then `dropped` less. `short_forms`: a span of one or two
+/// pixels takes the left value and the mean.
+std::uint32_t on_span(std::uint32_t left, std::uint32_t right, int n, int i, bool short_forms,
+                      int dropped = 0);
+std::uint16_t depth_on_span(std::uint32_t left, std::uint32_t right, int n, int i,
+                            bool short_forms);
+constexpr bool depth_passes(unsigned test, int z, int stored) {
+  return test == 1 ? z < stored : test == 5 ? z > stored : z <= stored;
+}
+
+KT_RGB32 merge_rgb(const State&, KT_RGB32 pixel, KT_RGB32 color);
 std::uint8_t merge_mapped(const State&, std::uint8_t pixel, std::uint8_t index);
-/// `source` over `pixel` by the alpha of `source`; alpha byte 255, or as it was.
-KT_RGB32 blend(KT_RGB32 pixel, KT_RGB32 source, bool keep_alpha);
-/// Threshold of the dither table under a pixel of a mapped image.
+/// `source` over `pixel` by its alpha; the alpha byte becomes 255, or stays.
+KT_RGB32 blend(KT_RGB32 pixel, KT_RGB32 source, bool keep_alpha = false);
+/// `source` over `pixel` by 65536ths.
+KT_RGB32 blend_by(int weight, KT_RGB32 pixel, KT_RGB32 source);
+constexpr int weight_of(std::uint8_t alpha) {
+  return alpha * 256 / 255;
+}
+/// A colour as cube positions with 16 fraction bits.
+struct Cube_Position {
+  int rgb[3];
+};
+Cube_Position cube_position(const State&, KT_RGB32);
+/// Threshold of the dither table under a pixel: it goes by the pixel's address.
 int threshold(const State&, int x, int y);
-/// Index of cube positions with 16 fraction bits.
-std::uint8_t dithered_index(const KT_Color_Cube&, const int (&rgb)[3], int threshold);
-/// Index by ordered fractions, as the scan of a triangle of one colour takes it.
-std::uint8_t ordered_index(const KT_Color_Cube&, const int (&rgb)[3], int threshold);
+/// Index of a cube position at a pixel of a mapped image: each channel is dithered by itself.
+std::uint8_t dithered(const State&, const Cube_Position&, int x, int y);
+/// Index by ordered fractions, as lines and triangles of one colour take it.
+std::uint8_t ordered(const State&, const Cube_Position&, int x, int y);
+
+/// The dot of variant `v`; a null colour means the rendition's.
+void draw_dot(State&, Variant v, const KT_Rendition_Data&, const KT_DCI_Point&,
+              const KT_RGB32* color);
 
 }  // namespace model

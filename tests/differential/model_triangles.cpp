@@ -1,34 +1,20 @@
+// Reference model of triangles: the way of a call from its action to the scan, and the pixels.
 #include "tests/differential/model_triangles.h"
 
-#include <algorithm>
-#include <array>
-#include <climits>
 #include <cstdlib>
 
-#include "tests/differential/model_clipper.h"
+#include "tests/differential/model_lines.h"
 
 namespace model {
 namespace {
-
-constexpr KT_Int_Rectangle safe_rectangle{-4000, 28760, -4000, 28760};
-
-struct Strip {
-  int count = 0;
-  const KT_DCI_Point* points = nullptr;
-  const KT_RGB32* colors = nullptr;
-  bool single_color = false;
-
-  Strip part(int first, int points_taken) const {
-    return {points_taken, points + first, colors && !single_color ? colors + first : colors,
-            single_color};
-  }
-};
 
 /// Which of the scan routines is at work.
 struct Routine {
   Variant variant{};
   Kind kind{};
   bool masked = false, clipped = false;
+
+  bool is(Variant v, Kind k) const { return variant == v && kind == k; }
 };
 
 struct Vertex {
@@ -36,426 +22,273 @@ struct Vertex {
   std::array<int, 4> rgba{};  // of a Gouraud triangle; scaled in the mapped variants
 };
 
-/// An edge on one row: x, depth, red, green, blue, alpha, and what each gains a row.
-struct Edge {
-  std::array<std::uint32_t, 6> value{}, step{};
-
-  Edge(const Vertex& from, const Vertex& to, int rows, int skipped) {
-    const auto shifted = [](int v, int by) { return static_cast<std::uint32_t>(v) << by; };
-    value[0] = shifted(from.x, 16) | 0x8000;
-    step[0] = static_cast<std::uint32_t>(line_step(difference(to.x, from.x), rows));
-    value[1] = shifted(from.z, 15) | 0x4000;
-    step[1] = static_cast<std::uint32_t>(depth_step(difference(to.z, from.z), rows));
-    for (std::size_t k = 0; k < 4; ++k) {
-      value[2 + k] = shifted(from.rgba[k], 16) | 0x8000;
-      step[2 + k] = static_cast<std::uint32_t>(line_step(to.rgba[k] - from.rgba[k], rows));
-    }
-    advance(skipped);
+/// x, depth, red, green, blue, alpha.
+Edge<6> edge_of(const Vertex& from, const Vertex& to, int rows) {
+  Edge<6> edge{
+      {edge_start(from.x), edge_start_of_depth(from.z)},
+      {bits(line_step(to.x - from.x, rows)), bits(depth_step(difference(to.z, from.z), rows))}};
+  for (std::size_t k = 0; k < 4; ++k) {
+    edge.at[2 + k] = edge_start(from.rgba[k]);
+    edge.step[2 + k] = bits(line_step(to.rgba[k] - from.rgba[k], rows));
   }
-  void advance(int rows) {
-    for (std::size_t k = 0; k < value.size(); ++k)
-      value[k] += static_cast<std::uint32_t>(rows) * step[k];
-  }
-  int x() const { return static_cast<int>(value[0]); }
-};
+  return edge;
+}
 
-class Model {
- public:
-  Model(State& state, const KT_Rendition& rendition)
-      : state_(state),
-        display_(*rendition->display_context),
-        material_(*rendition->material),
-        face_(*rendition->face_attributes),
-        misc_(*rendition->misc_attributes),
-        merge_on_(state.force_merge || misc_.drawing_mode == KT_Misc_Attributes::merge_mode),
-        opaque_((misc_.pattern_options & 1) != 0),
-        inverted_((misc_.pattern_options & 2) != 0),
-        patterned_(face_.face_pattern != 64 || inverted_) {}
+bool near_flat(KT_RGB32 a, KT_RGB32 b) {
+  return std::abs(a.red - b.red) <= 3 && std::abs(a.green - b.green) <= 3 &&
+         std::abs(a.blue - b.blue) <= 3;
+}
 
-  Outcome run(const Call& call) {
-    outcome_.kind = call.kind;
-    Strip strip{call.count(), call.points.data(), call.colors.data(), call.single_color};
-    std::vector<KT_DCI_Point> converted;
-    for (const KT_Point& p : call.floats)
-      converted.push_back({rounded(p.x), rounded(p.y), rounded(p.z)});
-    if (!call.floats.empty()) strip.points = converted.data();
-    Variant v = state_.variant;
+struct Model {
+  State& state;
+  const KT_Rendition& rendition;
+  const Strip_Call& call;
+  const KT_Display_Context& display = *rendition->display_context;
+  const KT_Material& material = *rendition->material;
+  const Face_Pattern pattern{*rendition};
+  const bool merge_on = state.merge_on(*rendition);
+  const bool alpha_bit = (rendition->misc_attributes->advanced_options.bits & 8) != 0;
+  Events events{};
+  bool single_color = false;
+  // Of the triangle at work:
+  KT_RGB32 color{};
+  bool merging = false, lost_color = false;
+
+  Events run() {
+    const Layer layer = call.points.layer;
+    Variant v = state.variant;
     Kind kind = call.kind;
-    KT_RGB32 color = material_.color;
-    bool past_edges = kind == Kind::colorized;
+    single_color = call.single_color;
+    std::vector<KT_RGB32> colors = call.colors;
     if (kind == Kind::flat && !is_mapped(v)) {
-      outcome_.kind = kind = Kind::colorized;
-      strip.colors = &color;
-      strip.single_color = true;
-      if (v == Variant::rgb_z && call.layer == Layer::dci && alpha_bit()) v = Variant::rgb_alpha_z;
-      if (v == Variant::rgb && call.layer == Layer::dci && alpha_bit()) {
-        v = Variant::rgb_alpha;
-      } else if (v == Variant::rgb && merge_on_ &&
-                 (call.layer == Layer::dci || call.layer == Layer::p2di)) {
-        v = Variant::rgb_alpha;
-        color.alpha = 255;
+      kind = Kind::colorized;
+      colors[0] = material.color;
+      single_color = true;
+      if (layer == Layer::dci && alpha_bit) {
+        v = with_alpha(v);
+      } else if (v == rgb && merge_on && layer >= Layer::p2di) {
+        v = rgb_alpha;
+        colors[0].alpha = 255;
       }
-      outcome_.flat_color = color;
     }
-    switch (call.layer) {
-      case Layer::p2d:
-        draw_2d(v, kind, strip);
-        break;
-      case Layer::dc:
-        draw_dc(v, kind, strip);
-        break;
-      case Layer::p2di:
-        draw_2di(v, kind, strip);
-        break;
-      case Layer::dci:
-        draw_dci(v, kind, strip, past_edges);
-        break;
-    }
-    return outcome_;
+    std::vector<Corner> corners;
+    for (const KT_DCI_Point& p : call.points.whole())
+      corners.push_back({p, colors[single_color ? 0 : corners.size()]});
+    enter(layer, v, kind, corners, call.kind == Kind::colorized);
+    return std::move(events);
   }
 
- private:
-  bool alpha_bit() const { return (misc_.advanced_options.bits & 8) != 0; }
-  bool edge_bit() const { return (misc_.advanced_options.bits & 32) != 0; }
-  /// The standard routine draws.
-  bool standard() { return outcome_.standard = face_.face_pattern > 74; }
-  bool edges() { return outcome_.edges = edge_bit(); }
-  bool masked(Variant v) const { return v != Variant::rgb_alpha_z && state_.mask; }
-  void depthless(Variant& v) const {
-    if (!display_.depth_enabled) v = without_depth(v);
-  }
-
-  void draw_2d(Variant v, Kind kind, const Strip& strip) {
-    for (;;) {
-      if (v == Variant::rgb && kind == Kind::colorized && alpha_bit()) v = Variant::rgb_alpha;
-      if (standard() || strip.count < 2) return;
-      if (!has_depth(v) || display_.depth_enabled) return draw_2di(v, kind, strip);
-      v = without_depth(v);
+  /// `alpha_first`: the action itself, for which blending comes before edges.
+  void enter(Layer layer, Variant v, Kind kind, Strip strip, bool alpha_first) {
+    const bool shaded = kind != Kind::flat, colorized = kind == Kind::colorized;
+    const bool direct_z = has_depth(v) && !is_mapped(v), whole = layer >= Layer::p2di;
+    const bool edge_bit = (rendition->misc_attributes->advanced_options.bits & 32) != 0;
+    const bool blends_first =
+        alpha_first && alpha_bit && layer == Layer::dci && colorized && v == rgb_z;
+    if (shaded && direct_z && whole && edge_bit && !blends_first) {
+      events = draw_strip_edges(state, rendition, call.points.whole());
+      return;
     }
+    const bool reads_alpha = layer == Layer::p2d    ? v == rgb && colorized
+                             : layer == Layer::p2di ? v == rgb_z || colorized
+                                                    : true;
+    if (shaded && reads_alpha && alpha_bit) v = with_alpha(v);
+    if (rendition->face_attributes->face_pattern > 74) return general(kind, strip);
+    if (!is_inside(layer) && strip.size() < 2) return;
+    if (has_depth(v) && !display.depth_enabled)
+      return enter(layer, without_depth(v), kind, strip, false);
+    if (!whole) return enter(is_inside(layer) ? Layer::dci : Layer::p2di, v, kind, strip, false);
+    const bool masked = v != rgb_alpha_z && state.mask;
+    if (layer == Layer::p2di) return split({v, kind, masked, false}, strip);
+    if (v == rgb && colorized && merge_on) v = rgb_alpha;
+    scan({v, kind, masked, false}, strip, single_color);
   }
 
-  void draw_dc(Variant v, Kind kind, const Strip& strip) {
-    for (;;) {
-      if (kind != Kind::flat && alpha_bit()) v = with_alpha(v);
-      if (standard()) return;
-      if (!has_depth(v) || display_.depth_enabled) return draw_dci(v, kind, strip, false);
-      v = without_depth(v);
-    }
-  }
-
-  void draw_2di(Variant v, Kind kind, const Strip& strip) {
-    if (kind != Kind::flat) {
-      if ((v == Variant::rgb_z || v == Variant::rgb_alpha_z) && edges()) return;
-      if ((v == Variant::rgb_z || (v == Variant::rgb && kind == Kind::colorized)) && alpha_bit())
-        return draw_2di(with_alpha(v), kind, strip);
-    }
-    if (standard() || strip.count < 2) return;
-    if (has_depth(v) && !display_.depth_enabled) return draw_2di(without_depth(v), kind, strip);
-    walk({v, kind, masked(v), false}, strip);
-  }
-
-  void walk(Routine routine, const Strip& s) {
-    const auto draw_run = [&](const Strip& strip) {
-      routine.masked ? draw_masked_dci(routine, strip)
-                     : draw_dci(routine.variant, routine.kind, strip, false);
+  void general(Kind kind, Strip strip) {
+    std::vector<KT_RGB32> colors;
+    for (const Corner& corner : strip) colors.push_back(corner.color);
+    const KT_Action action = action_of(kind, call.points.layer);
+    const auto add = [&](const auto& points) {
+      events.push_back(call_line(action, rendition, call.points.count(), points.data(),
+                                 kind == Kind::flat ? nullptr : colors.data(),
+                                 kind == Kind::colorized && single_color));
     };
-    std::vector<short> codes(static_cast<std::size_t>(s.count));
-    const int inside = KD_Clip(display_.hard_clip, s.count, s.points, codes.data());
-    if (inside == s.count) {
-      outcome_.through_table = routine.variant == Variant::rgb_z && !routine.masked;
-      return draw_run(s);
-    }
-    if (inside == 0 || nothing_to_draw()) return;
-    const auto code = [&](int i) { return codes[static_cast<std::size_t>(i)]; };
-    const int last = s.count - 2;
-    for (int i = 0; i < last;) {
-      for (; i < last && (code(i) & code(i + 1) & code(i + 2)); ++i) continue;
-      for (; i < last && (code(i) | code(i + 1) | code(i + 2)); ++i)
-        draw_clipped(routine, s.part(i, 3));
-      const int start = i;
-      for (; i < last && code(i + 2) == 0; ++i) continue;
-      if (i > start) draw_run(s.part(start, i - start + 2));
-    }
+    call.points.floats.empty() ? add(call.points.points) : add(call.points.floats);
   }
 
-  /// `past_edges` for the action itself: of both bits it takes the one for alpha.
-  void draw_dci(Variant v, Kind kind, const Strip& strip, bool past_edges) {
-    const bool colorized = kind == Kind::colorized;
-    if (kind != Kind::flat) {
-      if (v == Variant::rgb_z && colorized && alpha_bit()) {
-        v = Variant::rgb_alpha_z;
-        if (!past_edges && edges()) return;
-      } else if ((v == Variant::rgb_z || v == Variant::rgb_alpha_z) && edges()) {
-        return;
-      }
-      if (alpha_bit()) v = with_alpha(v);
-    }
-    if (standard()) return;
-    if (has_depth(v) && !display_.depth_enabled)
-      return draw_dci(without_depth(v), kind, strip, false);
-    if (v == Variant::rgb && colorized && merge_on_) v = Variant::rgb_alpha;
-    scan({v, kind, masked(v), false}, strip);
-  }
-
-  void draw_masked_dci(Routine routine, const Strip& strip) {
-    if (routine.variant == Variant::rgb && routine.kind != Kind::flat &&
-        (alpha_bit() || (merge_on_ && routine.kind == Kind::colorized)))
-      routine.variant = Variant::rgb_alpha;
-    scan(routine, strip);
-  }
-
-  static bool near_flat(KT_RGB32 a, KT_RGB32 b) {
-    return std::abs(a.red - b.red) <= 3 && std::abs(a.green - b.green) <= 3 &&
-           std::abs(a.blue - b.blue) <= 3;
-  }
-
-  bool nothing_to_draw() const {
-    return !opaque_ && face_.face_pattern == (inverted_ ? 64 : 0) && patterned_;
-  }
-
-  Vertex vertex(const Routine& routine, const KT_DCI_Point& p, KT_RGB32 c) const {
-    const auto wrapped = [](int a, int b) {
-      return static_cast<int>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+  void split(const Routine& routine, Strip strip) {
+    const auto run = [&](Strip part) {
+      if (part.size() == strip.size() && routine.variant == rgb_z && !state.mask)
+        events.push_back(line("through the table", name_of(action_of(routine.kind, Layer::dci))));
+      routine.masked ? masked_run(routine, part)
+                     : enter(Layer::dci, routine.variant, routine.kind, part, false);
     };
-    Vertex v{p.x - state_.origin.x,
-             p.y - state_.origin.y,
-             wrapped(p.z, face_.face_depth_offset),
+    split_strip(display.hard_clip, strip, run, [&](Strip s) { draw_clipped(routine, s); });
+  }
+
+  void masked_run(Routine routine, Strip strip) {
+    const bool merges = merge_on && routine.kind == Kind::colorized;
+    if (routine.variant == rgb && routine.kind != Kind::flat && (alpha_bit || merges))
+      routine.variant = rgb_alpha;
+    scan(routine, strip, single_color);
+  }
+
+  Vertex vertex(const Routine& routine, const Corner& corner) const {
+    const auto& [p, c, parameter, vector] = corner;
+    const KT_Color_Cube& cube = state.cube;
+    Vertex v{p.x - state.origin.x,
+             p.y - state.origin.y,
+             sum(p.z, rendition->face_attributes->face_depth_offset),
              {c.red, c.green, c.blue, c.alpha}};
-    if (is_mapped(routine.variant)) scale(v.rgba);
+    if (is_mapped(routine.variant))
+      v.rgba = {c.red * cube.red_scale, c.green * cube.green_scale, c.blue * cube.blue_scale, 0};
     return v;
   }
 
-  void scale(std::array<int, 4>& rgba) const {
-    rgba[0] *= state_.cube.red_scale;
-    rgba[1] *= state_.cube.green_scale;
-    rgba[2] *= state_.cube.blue_scale;
-  }
-
   /// The scan routines: a strip inside the hard clip.
-  void scan(const Routine& routine, const Strip& strip) {
-    if (strip.count < 3) return;
-    bool opaque_first = false;
-    merging_ =
-        merge_on_ && (routine.variant == Variant::rgb_alpha
-                          ? routine.kind == Kind::colorized
-                          : routine.variant == Variant::mapped && routine.kind == Kind::flat);
-    if (routine.variant == Variant::rgb_alpha && routine.kind == Kind::colorized) {
-      if (strip.colors[0].alpha == 0 && strip.single_color) return;
-      opaque_first = merging_;
-    }
-    if (nothing_to_draw()) return;
-    bool lost_color = false;
-    for (int i = 0; i + 2 < strip.count; ++i) {
-      const KT_DCI_Point* p = strip.points + i;
-      if (routine.kind == Kind::gouraud) {
-        const KT_RGB32* c = strip.colors + i;
-        if (near_flat(c[0], c[1]) && near_flat(c[0], c[2])) {
-          scan({routine.variant, Kind::colorized, routine.masked, false}, {3, p, c, true});
-          merging_ = false;
-        } else {
-          triangle(routine, {vertex(routine, p[0], c[0]), vertex(routine, p[1], c[1]),
-                             vertex(routine, p[2], c[2])});
-        }
+  void scan(const Routine& routine, Strip strip, bool single) {
+    if (strip.size() < 3 || pattern.empty) return;
+    const bool blends = routine.is(rgb_alpha, Kind::colorized);
+    merging = merge_on && (blends || routine.is(mapped, Kind::flat));
+    if (blends && single && strip[0].color.alpha == 0) return;
+    // One colour for the strip is worked out on the first triangle, drawn or not.
+    lost_color =
+        single && strip[0].point.y == strip[1].point.y && strip[1].point.y == strip[2].point.y;
+    for (std::size_t i = 0; i + 2 < strip.size(); ++i) {
+      const Strip t = strip.subspan(i, 3);
+      if (routine.kind == Kind::gouraud && near_flat(t[0].color, t[1].color) &&
+          near_flat(t[0].color, t[2].color)) {
+        scan({routine.variant, Kind::colorized, routine.masked, false}, t, true);
+        merging = false;
         continue;
       }
-      if (routine.kind == Kind::colorized) {
-        color_ = strip.colors[strip.single_color ? 0 : i];
-        if (opaque_first && (i == 0 || strip.single_color)) color_.alpha = 255;
-        // One colour for the strip is worked out on the first triangle, drawn or not.
-        lost_color =
-            lost_color || (i == 0 && strip.single_color && p[0].y == p[1].y && p[1].y == p[2].y);
-        lost_color_ = lost_color;
-      }
-      triangle(routine,
-               {vertex(routine, p[0], {}), vertex(routine, p[1], {}), vertex(routine, p[2], {})});
+      color = t[0].color;
+      // Merging takes the first colour as opaque, and only that one.
+      if (merging && (i == 0 || single)) color.alpha = 255;
+      triangle(routine, t);
     }
   }
 
   /// The clipped triangle routines.
-  void draw_clipped(Routine routine, const Strip& s) {
+  void draw_clipped(Routine routine, Strip t) {
+    if (pattern.empty) return;
     routine.clipped = true;
-    KT_RGB32 colors[3]{};
-    if (routine.kind == Kind::gouraud) {
-      std::copy_n(s.colors, 3, colors);
-      if (near_flat(colors[0], colors[1]) && near_flat(colors[1], colors[2]))
-        routine.kind = Kind::colorized;
-    }
-    if (routine.kind == Kind::colorized) color_ = s.colors[0];
-    lost_color_ = false;
-    merging_ = merge_on_ && routine.kind != Kind::gouraud &&
-               (routine.variant == Variant::mapped || routine.variant == Variant::rgb_alpha);
-    const KT_DCI_Point points[3] = {s.points[0], s.points[1], s.points[2]};
-    short codes[3];
-    KD_Clip(safe_rectangle, 3, points, codes);
-    std::vector<Clipped_Point> list{
-        {points[0], colors[0]}, {points[1], colors[1]}, {points[2], colors[2]}};
-    if (codes[0] | codes[1] | codes[2]) list = clip_triangle(points, colors, safe_rectangle);
-    for (std::size_t i = 0; i + 2 < list.size(); ++i)
-      triangle(routine, {vertex(routine, list[i].point, list[i].color),
-                         vertex(routine, list[i + 1].point, list[i + 1].color),
-                         vertex(routine, list[i + 2].point, list[i + 2].color)});
+    if (routine.kind == Kind::gouraud && near_flat(t[0].color, t[1].color) &&
+        near_flat(t[1].color, t[2].color))
+      routine.kind = Kind::colorized;
+    color = t[0].color;
+    lost_color = false;
+    merging = merge_on && routine.kind != Kind::gouraud &&
+              (routine.variant == mapped || routine.variant == rgb_alpha);
+    const std::vector<Corner> list = clip_triangle(t);
+    for (std::size_t i = 0; i + 2 < list.size(); ++i) triangle(routine, Strip(list).subspan(i, 3));
   }
 
-  void triangle(const Routine& routine, std::array<Vertex, 3> v) {
-    std::ranges::stable_sort(v, {}, &Vertex::y);
-    const auto& [top, mid, bottom] = v;
-    const KT_Int_Rectangle& hard = display_.hard_clip;
-    const int first = routine.clipped ? std::max(hard.bottom - state_.origin.y, top.y) : top.y;
-    const int end = routine.clipped ? std::min(hard.top - state_.origin.y + 1, bottom.y) : bottom.y;
-    if (end - first < 1) return;
-    Edge long_edge(top, bottom, bottom.y - top.y, first - top.y);
-    const auto part = [&](int from, int to, Edge short_edge, bool short_right) {
-      for (int y = from; y < to; ++y) {
-        short_right ? span(routine, y, long_edge, short_edge)
-                    : span(routine, y, short_edge, long_edge);
-        long_edge.advance(1);
-        short_edge.advance(1);
-      }
-    };
-    if (mid.y > first) {
-      const Edge upper(top, mid, mid.y - top.y, first - top.y);
-      part(first, std::min(end, mid.y), upper,
-           static_cast<int>(upper.step[0]) > static_cast<int>(long_edge.step[0]));
-    }
-    const int second = std::max(first, mid.y);
-    if (end > second) {
-      const Edge lower(mid, bottom, bottom.y - mid.y, second - mid.y);
-      part(second, end, lower, lower.x() >= long_edge.x());
-    }
-  }
-
-  void span(const Routine& routine, int y, const Edge& l, const Edge& r) {
+  void triangle(const Routine& routine, Strip t) {
+    std::array v{vertex(routine, t[0]), vertex(routine, t[1]), vertex(routine, t[2])};
+    const Limits limits = routine.clipped ? Limits(display.hard_clip, state.origin) : Limits();
+    if (!sort_rows(v, limits)) return;
     // Only the solid scan of one colour with alpha looks at the row.
-    if (routine.variant == Variant::rgb_alpha && routine.kind == Kind::colorized &&
-        !routine.masked && !routine.clipped && !patterned_ && (y < 0 || y >= state_.extent.y))
-      return;
-    int left = static_cast<int>(l.value[0] >> 16), right = static_cast<int>(r.value[0] >> 16);
-    int from = left, to = right;
-    if (routine.clipped) {
-      left = l.x() >> 16;
-      right = r.x() >> 16;
-      from = std::max(left, display_.hard_clip.left - state_.origin.x);
-      to = std::min(right, display_.hard_clip.right - state_.origin.x + 1);
-    }
-    for (int x = from; x < to; ++x) pixel(routine, x, y, x - left, right - left, l, r);
+    const bool guarded = routine.is(rgb_alpha, Kind::colorized) && !routine.masked &&
+                         !routine.clipped && pattern.solid;
+    walk_rows(v, limits, edge_of, [&](const Span& span, const auto& l, const auto& r, bool) {
+      if (guarded && (span.y < 0 || span.y >= state.extent.y)) return;
+      for (int x = span.from; x < span.to; ++x) pixel(routine, span, x, l, r);
+    });
   }
 
-  void pixel(const Routine& routine, int x, int y, int i, int n, const Edge& l, const Edge& r) {
-    const Variant v = routine.variant;
-    const bool gouraud = routine.kind == Kind::gouraud;
-    const bool direct_z = v == Variant::rgb_z || v == Variant::rgb_alpha_z;
-    const bool short_forms = !patterned_ && !routine.clipped && (!routine.masked || is_mapped(v));
+  void pixel(const Routine& routine, const Span& span, int x, const Edge<6>& l, const Edge<6>& r) {
+    const auto [variant, kind, masked, clipped] = routine;
+    const int y = span.y, i = x - span.left, n = span.length;
+    const bool short_forms = pattern.solid && !clipped && (!masked || is_mapped(variant));
+    // Who reads the settings of depth.
+    const bool reads = !is_mapped(variant) && kind != Kind::gouraud && !masked;
     std::uint16_t z = 0;
-    if (has_depth(v)) {
-      const bool reads_options = direct_z && !gouraud && !routine.masked;
-      const unsigned test = reads_options && v == Variant::rgb_z ? state_.zbuffer_test : 2;
-      z = depth_on_span(l.value[1], r.value[1], n, i, short_forms);
-      if (!depth_passes(test, z, state_.depth.at<std::uint16_t>(x, y))) return;
+    if (has_depth(variant)) {
+      z = depth_on_span(l.at[1], r.at[1], n, i, short_forms);
+      const unsigned test = reads && variant == rgb_z ? state.zbuffer_test : 2;
+      if (!depth_passes(test, z, state.depth.at<std::uint16_t>(x, y))) return;
     }
-    if (routine.masked && (state_.mask->row<std::uint8_t>(y)[x / 8] & (128 >> (x % 8))) != 0)
+    if (masked && state.hidden(x, y)) return;
+    const bool contrast = !pattern.solid && pattern.bit(x, y);
+    if (contrast && !pattern.opaque) return;
+    if (has_depth(variant) && (state.zbuffer_write || !reads || (clipped && !pattern.solid)))
+      state.depth.at<std::uint16_t>(x, y) = z;
+    const auto channel = [&](std::size_t k, int dropped) {
+      return on_span(l.at[2 + k], r.at[2 + k], n, i, short_forms, dropped);
+    };
+    if (is_mapped(variant)) {
+      auto& p = state.color.at<std::uint8_t>(x, y);
+      const auto position = [&](std::size_t k) { return static_cast<int>(channel(k, 8)); };
+      std::uint8_t index = static_cast<std::uint8_t>(material.contrast_index);
+      if (!contrast && kind == Kind::gouraud)
+        index = dithered(state, {{position(0), position(1), position(2)}}, x, y);
+      else if (!contrast)
+        index = index_of(routine, x, y);
+      p = merging && (kind == Kind::flat || !contrast) ? merge_mapped(state, p, index) : index;
       return;
-    const bool contrast = patterned_ && pattern_bit(x, y);
-    if (contrast && !opaque_) return;
-    if (has_depth(v)) {
-      const bool reads_write =
-          direct_z && !gouraud && !routine.masked && !(routine.clipped && patterned_);
-      if (state_.zbuffer_write || !reads_write) state_.depth.at<std::uint16_t>(x, y) = z;
     }
-    if (is_mapped(v)) {
-      auto& p = state_.color.at<std::uint8_t>(x, y);
-      const std::uint8_t index = contrast ? static_cast<std::uint8_t>(material_.contrast_index)
-                                          : mapped_color(routine, x, y, i, n, l, r);
-      const bool merges = merging_ && (routine.kind == Kind::flat || !contrast);
-      p = merges ? merge_mapped(state_, p, index) : index;
-      return;
-    }
-    KT_RGB32 source = color_;
-    if (gouraud) {
-      const auto channel = [&](std::size_t k) {
-        return static_cast<std::uint8_t>(
-            channel_on_span(l.value[k], r.value[k], n, i, short_forms) >> 16);
+    KT_RGB32 source = contrast ? material.contrast_color : color;
+    if (kind == Kind::gouraud && !contrast) {
+      const auto byte = [&](std::size_t k) {
+        return static_cast<std::uint8_t>(channel(k, 0) >> 16);
       };
-      source = {channel(4), channel(3), channel(2), has_alpha(v) ? channel(5) : std::uint8_t{255}};
+      source = {byte(2), byte(1), byte(0), has_alpha(variant) ? byte(3) : std::uint8_t{255}};
     }
-    auto& p = state_.color.at<KT_RGB32>(x, y);
-    store(routine, p, contrast ? material_.contrast_color : source, contrast);
+    store(routine, state.color.at<KT_RGB32>(x, y), source, contrast);
   }
 
   void store(const Routine& routine, KT_RGB32& p, KT_RGB32 source, bool contrast) {
     const bool gouraud = routine.kind == Kind::gouraud;
-    const bool plain_scan = !routine.masked && !routine.clipped;
-    enum { word, blended, by_alpha, merged } rule = by_alpha;
-    if (!has_alpha(routine.variant)) {
-      rule = word;
-    } else if (routine.variant == Variant::rgb_alpha_z) {
-      if (plain_scan && !gouraud) rule = blended;
-    } else if (plain_scan && gouraud) {
-      if (contrast) rule = word;
-    } else if (plain_scan && color_.alpha != 255) {
-      rule = contrast ? word : blended;
-    } else if (plain_scan || merging_) {
-      rule = merging_ ? merged : word;
-    }
+    const bool in_scan = !routine.masked && !routine.clipped;
+    enum { as_it_is, blended, by_alpha, merged } rule = by_alpha;
+    if (!has_alpha(routine.variant))
+      rule = as_it_is;
+    else if (routine.variant == rgb_alpha_z)
+      rule = in_scan && !gouraud ? blended : by_alpha;
+    else if (in_scan && gouraud)
+      rule = contrast ? as_it_is : by_alpha;
+    else if (in_scan && color.alpha != 255)
+      rule = contrast ? as_it_is : blended;
+    else if (merging)
+      rule = merged;
+    else if (in_scan)
+      rule = as_it_is;
     if (rule == by_alpha && source.alpha == 0) return;
     if (rule == merged)
-      p = KT_RGB32::from_word(merge_rgb(state_, p.word(), source.word()));
-    else if (rule == word || (rule == by_alpha && source.alpha == 255))
+      p = merge_rgb(state, p, source);
+    else if (rule == as_it_is || (rule == by_alpha && source.alpha == 255))
       p = source;
     else
       p = blend(p, source, routine.masked);
   }
 
-  std::uint8_t mapped_color(const Routine& routine, int x, int y, int i, int n, const Edge& l,
-                            const Edge& r) const {
-    if (routine.kind == Kind::flat) return static_cast<std::uint8_t>(material_.color_index);
-    const int d = threshold(state_, x, y);
-    if (routine.kind == Kind::gouraud) {
-      const auto position = [&](std::size_t k) {
-        return scaled_on_span(l.value[k], r.value[k], n, i, !patterned_ && !routine.clipped);
-      };
-      return dithered_index(state_.cube, {position(2), position(3), position(4)}, d);
-    }
-    if (lost_color_) return 0;
-    std::array<int, 4> rgba{color_.red, color_.green, color_.blue, 0};
-    scale(rgba);
-    const int term = routine.clipped ? 128 : 0;
-    const int rgb[3] = {rgba[0] << 8 | term, rgba[1] << 8 | term, rgba[2] << 8 | term};
-    return routine.clipped ? dithered_index(state_.cube, rgb, d)
-                           : ordered_index(state_.cube, rgb, d);
+  /// The index of a triangle of one colour.
+  std::uint8_t index_of(const Routine& routine, int x, int y) const {
+    if (routine.kind == Kind::flat) return static_cast<std::uint8_t>(material.color_index);
+    Cube_Position at = cube_position(state, color);
+    if (!routine.clipped) return lost_color ? std::uint8_t{0} : ordered(state, at, x, y);
+    for (int& c : at.rgb) c |= 128;
+    return dithered(state, at, x, y);
   }
-
-  bool pattern_bit(int x, int y) const {
-    KT_User_Pattern pattern{nullptr, 8, 8, 1};
-    if (face_.face_pattern == 74)
-      pattern = *face_.user_pattern;
-    else
-      pattern.pattern_bits = KORVEL.face_pattern_table[face_.face_pattern];
-    const auto wrap = [](int value, int size) {
-      const int rest = value % size;
-      return rest < 0 ? rest + size : rest;
-    };
-    const int px = wrap(x - misc_.pattern_origin.x, pattern.pattern_width);
-    const int py = wrap(y - misc_.pattern_origin.y, pattern.pattern_height);
-    const int byte = pattern.pattern_bits[py * pattern.pattern_row_bytes + px / 8];
-    return ((byte >> (px % 8) & 1) != 0) != inverted_;
-  }
-
-  State& state_;
-  const KT_Display_Context& display_;
-  const KT_Material& material_;
-  const KT_Face_Attributes& face_;
-  const KT_Misc_Attributes& misc_;
-  const bool merge_on_, opaque_, inverted_, patterned_;
-  Outcome outcome_;
-  // Of the triangle at work:
-  KT_RGB32 color_;
-  bool merging_ = false, lost_color_ = false;
 };
 
 }  // namespace
 
-Outcome draw(State& state, const KT_Rendition& rendition, const Call& call) {
-  return Model(state, rendition).run(call);
+std::vector<KT_DCI_Point> Strip_Points::whole() const {
+  std::vector<KT_DCI_Point> result = points;
+  for (const KT_Point& p : floats) result.push_back({rounded(p.x), rounded(p.y), rounded(p.z)});
+  return result;
+}
+
+KT_Action action_of(Kind kind, Layer layer) {
+  // Of each kind there is one action more in the table, for double points.
+  return static_cast<KT_Action>(static_cast<int>(KT_Action::Draw_2D_Polytriangle) +
+                                5 * static_cast<int>(kind) + static_cast<int>(layer));
+}
+
+Events draw_strip(State& state, const KT_Rendition& rendition, const Strip_Call& call) {
+  return Model{state, rendition, call}.run();
 }
 
 }  // namespace model

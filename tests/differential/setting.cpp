@@ -1,10 +1,18 @@
+// Brings a renderer into the state of a scene and compares its images with those of the model, the
+// bytes after the pixels of a row included.
 #include "tests/differential/setting.h"
 
 #include <cstring>
-#include <sstream>
 #include <stdexcept>
 
 namespace fuzz {
+namespace {
+
+int pixel_bytes(KT_Image_Format format) {
+  return format == KT_Image_Format::rgb32 ? 4 : format == KT_Image_Format::depth ? 2 : 1;
+}
+
+}  // namespace
 
 Setting::Setting(const KT_Renderer_Module& module, const Scene& the_scene)
     : scene(the_scene), renderer(module.make_renderer(nullptr)) {
@@ -17,15 +25,13 @@ Setting::Setting(const KT_Renderer_Module& module, const Scene& the_scene)
   options.set_buffer_depth(model::has_depth(scene.variant) ? 16 : 0);
   options.set_alpha_blending(model::has_alpha(scene.variant));
   options.set_palette(scene.palette);
-  set(L"Use Mask", KT_Option_Value(scene.use_mask));
-  set(L"Force Merge Control On", KT_Option_Value(scene.force_merge));
-  set(L"Merge Control Background Color",
-      KT_Option_Value(scene.merge_key[0], scene.merge_key[1], scene.merge_key[2]));
+  option(L"Use Mask").set(KT_Option_Value(scene.use_mask));
+  option(L"Force Merge Control On").set(KT_Option_Value(scene.force_merge));
+  const auto& key = scene.merge_key;
+  option(L"Merge Control Background Color").set(KT_Option_Value(key[0], key[1], key[2]));
   renderer->establish();
-  setter<void(KT_Renderer_Data*, std::uint8_t)>(L"ZBuffer Write")(renderer.get(),
-                                                                  scene.zbuffer_write);
-  setter<void(KT_Renderer_Data*, const unsigned*)>(L"ZBuffer Test")(renderer.get(),
-                                                                    &scene.zbuffer_test);
+  call_setter<std::uint8_t>(L"ZBuffer Write", scene.zbuffer_write);
+  call_setter<const unsigned*>(L"ZBuffer Test", &scene.zbuffer_test);
   scene.fill(color);
   state.color = model::Plane(color);
   if (depth) {
@@ -41,7 +47,7 @@ Setting::Setting(const KT_Renderer_Module& module, const Scene& the_scene)
   state.zbuffer_write = scene.zbuffer_write != 0;
   state.force_merge = scene.force_merge;
   state.set_merge_key(scene.merge_key);
-  rasterize_mask();
+  make_mask();
 }
 
 void Setting::create_frame_buffer(void* object, int width, int height,
@@ -60,7 +66,7 @@ KT_Option& Setting::option(const wchar_t* name) const {
   return *found;
 }
 
-void Setting::rasterize_mask() {
+void Setting::make_mask() {
   const KT_Display_Context& display = *scene.rendition->display_context;
   if (!scene.use_mask || !display.complex_clip) return;
   const bool shifted = display.extent_left < 0 || display.extent_bottom < 0;
@@ -71,34 +77,28 @@ void Setting::rasterize_mask() {
   state.mask = mask.image;
 }
 
-int pixel_bytes(KT_Image_Format format) {
-  return format == KT_Image_Format::rgb32 ? 4 : format == KT_Image_Format::depth ? 2 : 1;
-}
-
 std::string image_difference(const char* what, const KT_Shared_Image& image,
                              const model::Plane& expected) {
-  if (!image ||
-      std::memcmp(expected.bytes.data(), image->scan_lines[0], expected.bytes.size()) == 0)
-    return {};
-  const int size = pixel_bytes(image->format);
-  std::ostringstream out;
+  if (!image) return {};
+  const std::uint8_t* const got = image->scan_lines[0];
+  if (std::memcmp(expected.bytes.data(), got, expected.bytes.size()) == 0) return {};
+  const auto size = static_cast<std::size_t>(pixel_bytes(image->format));
+  std::string first;
   int differing = 0;
-  for (int y = 0; y < image->height; ++y) {
-    const auto row = static_cast<std::ptrdiff_t>(image->height - 1 - y) * image->row_bytes;
-    for (int i = 0; i < image->row_bytes; i += size) {
-      const auto value = [&](const std::uint8_t* bytes) {
-        std::uint32_t word = 0;
-        std::memcpy(&word, bytes + row + i, static_cast<std::size_t>(size));
-        return word;
+  for (int y = 0; y < image->height; ++y)
+    for (int x = 0; x < image->row_bytes / static_cast<int>(size); ++x) {
+      const std::ptrdiff_t at = expected.row(y) + x * static_cast<std::ptrdiff_t>(size);
+      std::uint32_t pixels[2] = {0, 0};
+      std::memcpy(&pixels[0], expected.bytes.data() + at, size);
+      std::memcpy(&pixels[1], got + at, size);
+      if (pixels[0] == pixels[1] || differing++ != 0) continue;
+      const auto text = [&](std::uint32_t pixel) {
+        return size == 4 ? model::line("", KT_RGB32::from_word(pixel)) : model::line("", pixel);
       };
-      const std::uint32_t wanted = value(expected.bytes.data()), got = value(image->scan_lines[0]);
-      if (wanted != got && differing++ == 0)
-        out << "  " << what << " (" << i / size << "," << y << ") expected " << std::hex << wanted
-            << " got " << got << std::dec;
+      first =
+          model::line(what, KT_Int_XY{x, y}, "expected", text(pixels[0]), "got", text(pixels[1]));
     }
-  }
-  out << ", " << differing << " pixels differ\n";
-  return out.str();
+  return model::line(" ", first, "pixels that differ:", differing, "\n");
 }
 
 }  // namespace fuzz
