@@ -39,6 +39,15 @@ TEST(Module, NeedsTheFrameworkAndTheRuntimeAlone) {
   }
 }
 
+// Templates grow unseen; what they come to is held here.
+TEST(Module, StaysWithinItsBudgetOfCode) {
+  constexpr long budget = MODULE_CODE_BUDGET;
+  if (budget == 0) GTEST_SKIP() << "not as it is built for use";
+  const auto lines = lines_of("size -A '" TEST_MODULE "' | grep '^[.]text '");
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_LE(std::stol(lines[0].substr(5)), budget) << "bytes of .text";
+}
+
 // One life of everything: a long clipped strip under a mask, in each variant in turn. Records and
 // images are blocks of the framework's heap, so that a reference left behind shows there.
 void live_and_draw(int round) {
