@@ -28,4 +28,5 @@ setup_packages() {
 build_packages="g++ cmake ninja-build pkg-config libassimp-dev libmeshoptimizer-dev libcli11-dev
   libpng-dev libstb-dev libglu1-mesa-dev libsdl2-dev libsdl2-ttf-dev fonts-dejavu-core
   assimp-testmodels"
-test_packages="libgtest-dev libbenchmark-dev binutils parallel libx11-dev xvfb xdotool"
+test_packages="libgtest-dev libbenchmark-dev binutils parallel libx11-dev xvfb xdotool python3
+  clang-format"

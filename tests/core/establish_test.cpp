@@ -1,4 +1,4 @@
-// The configuration pass: which routine stands behind which action, which images are kept, and
+// The configuration pass: which routine an action has, which images are kept, and
 // the colours of merge control.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -55,13 +55,10 @@ const std::map<KT_Action, Cells> odd_cells = [] {
 }();
 
 bool is_double(KT_Action action) {
-  for (const KT_Action of :
-       {Draw_2DD_Polytriangle, Draw_2DD_Colorized_Polytriangle, Draw_2DD_Gouraud_Polytriangle,
-        Draw_2DD_Textured_Polytriangle, Draw_2DD_Polyline, Draw_2DD_Colorized_Polyline,
-        Draw_2DD_Gouraud_Polyline}) {
-    if (action == of) return true;
-  }
-  return false;
+  static constexpr std::string_view names[] = {
+#define NAME(name, signature) #name,
+      KORVEL_ACTIONS(NAME)};
+  return names[static_cast<std::size_t>(action)].starts_with("Draw_2DD_");
 }
 
 using Function = void (*)();
@@ -83,7 +80,7 @@ bool right_record(const Session& session, KT_Action action, Cell cell) {
          (cell == own ? in_module(function) : function == general);
 }
 
-/// Configures for `variant`, with a mark behind every action that may be bound.
+/// Configures for `variant`, with a mark in the record of every action that may be bound.
 void configure(const Session& session, Variant variant) {
   session.options().set_color_system(is_mapped(variant) ? KT_Color_System::mapped
                                                         : KT_Color_System::direct);

@@ -47,9 +47,11 @@ TEST(Polygons, GoThroughTheActionTableWithTheCallersRendition) {
   session.face().face_depth_offset = 3;
   const std::uint32_t id = session.rendition->face_attributes->id;
   session.renderer().edge_depth_offset = -40;
-  for (const Recorded_Call& call : draw(convex(5))) EXPECT_EQ(call.depth_offset, -40);
+  for (const Recorded_Call& call : draw(convex(5)))
+    EXPECT_EQ(call.rendition->face_attributes->face_depth_offset, -40);
   session.renderer().edge_depth_offset = 0;
-  for (const Recorded_Call& call : draw(convex(5))) EXPECT_EQ(call.depth_offset, 3);
+  for (const Recorded_Call& call : draw(convex(5)))
+    EXPECT_EQ(call.rendition->face_attributes->face_depth_offset, 3);
   EXPECT_EQ(session.rendition->face_attributes->id, id);
   EXPECT_EQ(session.rendition->reference_count, 1u);
 }

@@ -32,11 +32,10 @@ struct General : Session {
     return {r.left + origin.x, r.right + origin.x, r.bottom + origin.y, r.top + origin.y};
   }
 
-  /// Calls an action of whole points that takes `arguments` after them.
+  /// Calls an action with points by their places.
   template <KT_Action action, class... Arguments>
   void draw(const Points& points, Arguments... arguments) const {
-    const Points places = at(points);
-    actions().call<action>(rendition, static_cast<int>(places.size()), places.data(), arguments...);
+    call<action>(at(points), arguments...);
   }
   Picture picture() const { return drawn(*color); }
   KT_RGB32 pixel(int x, int y) const { return KT_RGB32::from_word(color->at(x, y)); }

@@ -8,19 +8,6 @@
 
 namespace {
 
-TEST(Module, MakesRenderersFromSources) {
-  KT_Renderer_Module module;
-  std::string error;
-  ASSERT_TRUE(module.load(PLAIN_MODULE, error)) << error;
-
-  KT_Handle<KT_Renderer_Data> first = module.make_renderer(nullptr);
-  ASSERT_TRUE(first);
-  EXPECT_EQ(first->reference_count, 1U);
-  first->current_options.set_buffer_depth(16);
-  KT_Handle<KT_Renderer_Data> second = module.make_renderer(first.get());
-  EXPECT_EQ(second->options().buffer_depth(), 16);
-}
-
 TEST(Module, SaysWhatIsWrongWithWhichFile) {
   const std::string text_file = testing::TempDir() + "not_a_module.kvd";
   std::ofstream(text_file) << "This is no shared object.\n";

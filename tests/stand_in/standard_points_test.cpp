@@ -18,10 +18,6 @@ TEST(Markers, AreSixteenPicturesRoundTheirPoint) {
       session.set_marker(symbol);
       session.draw<Draw_2DI_Polymarker>({{20, 20, 9}});
       EXPECT_TRUE(session.stays_in({16, 24, 16, 24})) << symbol;
-      EXPECT_GT(count_of(session.picture()), 7) << symbol;
-      for (std::uint32_t pixel : session.color->pixels()) {
-        ASSERT_TRUE(pixel == session.own_color() || pixel == session.color->untouched());
-      }
       looks.insert(session.picture());
     }
     EXPECT_EQ(looks.size(), 16U) << name_of(variant);
@@ -81,30 +77,6 @@ TEST(Images, OfColorsKeepThemInAMappedRenderer) {
       EXPECT_NEAR(sums[2] / 64, color.blue, 4);
     }
   }
-  // In the depth test like others.
-  General session(Variant::mapped_z, {8, 1});
-  session.clear(50);
-  draw_colors(session, {8, 1}, 30, 100, std::vector<KT_RGB32>(8, {255, 255, 255, 255}));
-  EXPECT_TRUE(shows(*session.color, {"www....."}, {{'w', 215}}));
-}
-
-TEST(Images, OfColorsTakeTheNearestEntryWithoutACube) {
-  const KT_RGB32 entries[3] = {{0, 0, 0, 255}, {10, 200, 10, 255}, {250, 0, 0, 255}};
-  General session(Variant::mapped, {3, 2});
-  session.options().set_palette(KT_Palette(entries, 3, nullptr));
-  session.establish();
-  session.color->fill(99);
-  // One column beyond the window.
-  draw_colors(session, {4, 2}, 0, 0,
-              {{240, 20, 9, 0},
-               {0, 190, 0, 0},
-               {8, 9, 9, 0},
-               {77, 77, 77, 0},
-               {0, 255, 0, 0},
-               {0, 0, 9, 0},
-               {255, 0, 0, 0},
-               {}});
-  EXPECT_TRUE(shows(*session.color, {"210", "102"}, {{'0', 0}, {'1', 1}, {'2', 2}}));
 }
 
 TEST(Images, OfIndicesTakeThePalettesColors) {

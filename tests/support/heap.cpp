@@ -1,3 +1,4 @@
+// Counts and refuses allocations of the framework's heap and of the language's.
 #include "tests/support/heap.h"
 
 #include <climits>

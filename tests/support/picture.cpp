@@ -1,7 +1,7 @@
+// Guarded images and what is said of their pixels.
 #include "tests/support/picture.h"
 
 #include <cstring>
-#include <sstream>
 
 namespace support {
 namespace {
@@ -85,7 +85,6 @@ std::vector<std::string> drawn(const Guarded_Image& image) {
 testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std::string>& picture,
                                const Legend& legend) {
   Pixels expected;
-  std::ostringstream whole;
   for (int y = 0; y < image.height; ++y) {
     for (const char c : picture.at(static_cast<std::size_t>(image.height - 1 - y))) {
       expected.push_back(c == '.' ? image.untouched() : legend.at(c));
@@ -93,15 +92,9 @@ testing::AssertionResult shows(const Guarded_Image& image, const std::vector<std
   }
   testing::AssertionResult same = same_pixels(image.pixels(), expected, image.width);
   if (same) return same;
-  for (int y = image.height - 1; y >= 0; --y) {
-    for (int x = 0; x < image.width; ++x) {
-      char shown = image.touched(x, y) ? '?' : '.';
-      for (const auto& [c, value] : legend) shown = value == image.at(x, y) ? c : shown;
-      whole << shown;
-    }
-    whole << '\n';
-  }
-  return same << "\nthe whole picture:\n" << whole.str();
+  same << "\nwhat is drawn:\n";
+  for (const std::string& row : drawn(image)) same << row << '\n';
+  return same;
 }
 
 }  // namespace support

@@ -17,7 +17,7 @@ namespace support {
 /// All pixels of an image, the bottom row first.
 using Pixels = std::vector<std::uint32_t>;
 
-/// An image amid guard rows, with `padding` guard pixels behind each row: a store outside the
+/// An image amid guard rows, with `padding` guard pixels after each row: a store outside the
 /// pixels shows there.
 class Guarded_Image : public KT_Shared_Image_Data {
  public:

@@ -18,8 +18,6 @@ class Random {
                             (count == 0 ? word() : static_cast<unsigned>(word()) % count));
   }
   double real(double low, double high) { return low + (high - low) * (word() / 4294967296.0); }
-  /// True once in `n` times.
-  bool once_in(int n) { return range(1, n) == 1; }
   std::uint32_t word() { return static_cast<std::uint32_t>(engine_()); }
   KT_RGB32 color() { return KT_RGB32::from_word(word()); }
 

@@ -19,15 +19,13 @@ struct Recorded_Call {
   std::vector<float> floats;
   std::vector<KT_Vector> vectors;
   bool single_color = false;
-  const KT_Rendition_Data* rendition = nullptr;
-  KT_Int_Rectangle hard_clip;
-  std::int32_t depth_offset = 0;
+  KT_Rendition rendition;
   KT_Int_XY origin;  ///< of the device, while the call runs
 };
 
 class Recorded_Calls {
  public:
-  /// Puts recording routines behind `actions`.
+  /// Binds recording routines to `actions`.
   template <KT_Action... actions>
   static void record(KT_Renderer_Data& renderer) {
     (renderer.actions.bind<actions>(&renderer, &Of<actions, korvel::Routine_Of<actions>>::routine),
@@ -50,9 +48,7 @@ class Recorded_Calls {
         call.points.push_back({static_cast<double>(points[n].x), static_cast<double>(points[n].y),
                                static_cast<double>(points[n].z)});
       }
-      call.rendition = given.get();
-      call.hard_clip = given->display_context->hard_clip;
-      call.depth_offset = given->face_attributes->face_depth_offset;
+      call.rendition = given;
       call.origin = renderer_of(object).device_origin;
       keep(call, count, rest...);
       calls_.push_back(std::move(call));

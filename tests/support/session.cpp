@@ -1,3 +1,4 @@
+// A renderer from loading to unloading, and the strips that tests draw with it.
 #include "tests/support/session.h"
 
 #include <stdexcept>
@@ -14,8 +15,7 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   std::string error;
   if (!module_.load(TEST_MODULE, error)) throw std::runtime_error(error);
   handle_ = module_.make_renderer(configuration.source);
-  const auto& [variant, size, origin, use_mask, force_merge, palette, padding, source] =
-      configuration;
+  const auto& [variant, size, origin, use_mask, palette, padding, source] = configuration;
   const bool mapped = is_mapped(variant);
   color.reset(
       new Guarded_Image(size, mapped ? KT_Image_Format::mapped : KT_Image_Format::rgb32, padding));
@@ -27,7 +27,6 @@ Session::Session(const Configuration& configuration) : padding_(configuration.pa
   options().set_palette(palette);
   option(L"Color Buffer").set(KT_Option_Value(static_cast<const KT_Counted*>(color.get())));
   option(L"Use Mask").set(KT_Option_Value(use_mask));
-  option(L"Force Merge Control On").set(KT_Option_Value(force_merge));
   establish();
   rendition =
       KD_Default_Rendition({origin.x, origin.x + size.x - 1, origin.y, origin.y + size.y - 1});
@@ -64,69 +63,32 @@ void Session::clear(std::uint32_t depth_value) {
   if (depth) depth->fill(depth_value);
 }
 
-void Session::set_depth_test(unsigned mode) const {
-  using Setter = void(KT_Renderer_Data*, const unsigned*);
-  reinterpret_cast<Setter*>(option(L"ZBuffer Test").value->pointer())(handle_.get(), &mode);
-}
-
-void Session::set_depth_write(std::uint8_t write) const {
-  using Setter = void(KT_Renderer_Data*, std::uint8_t);
-  reinterpret_cast<Setter*>(option(L"ZBuffer Write").value->pointer())(handle_.get(), write);
-}
-
 Legend Session::legend() const {
   const KT_Material& m = *rendition->material;
-  if (color->format == KT_Image_Format::mapped)
-    return {{'#', m.color_index}, {'+', m.contrast_index}};
-  return {{'#', m.color.word()}, {'+', m.contrast_color.word()}};
+  const bool mapped = color->format == KT_Image_Format::mapped;
+  return {{'#', mapped ? m.color_index : m.color.word()}};
 }
 
 Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color) {
   const std::size_t count = points.size();
-  return {std::move(points), std::vector<KT_RGB32>(count, color), false};
+  return {std::move(points), std::vector<KT_RGB32>(count, color)};
 }
 
 long draw(const Session& session, Layer layer, Kind kind, const Strip& strip) {
-  std::vector<KT_Point> floats;
-  for (const auto& [x, y, z] : strip.points) {
-    floats.push_back({static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
-  }
-  const long before = heap::allocated();
-  const auto call = [&]<KT_Action flat, KT_Action colorized, KT_Action gouraud>(
-                        const auto& points) {
-    const int count = static_cast<int>(points.size());
-    const KT_Action_Table& actions = session.actions();
-    const KT_RGB32* colors = strip.colors.data();
-    if (kind == Kind::flat) {
-      actions.call<flat>(session.rendition, count, points.data());
-    } else if (kind == Kind::colorized) {
-      actions.call<colorized>(session.rendition, count, points.data(), colors, strip.single_color);
-    } else {
-      actions.call<gouraud>(session.rendition, count, points.data(), colors);
-    }
-  };
   using enum KT_Action;
-  if (layer == Layer::float_any) {
-    call.operator()<Draw_2D_Polytriangle, Draw_2D_Colorized_Polytriangle,
-                    Draw_2D_Gouraud_Polytriangle>(floats);
-  } else if (layer == Layer::float_inside) {
-    call.operator()<Draw_DC_Polytriangle, Draw_DC_Colorized_Polytriangle,
-                    Draw_DC_Gouraud_Polytriangle>(floats);
-  } else if (layer == Layer::int_any) {
-    call.operator()<Draw_2DI_Polytriangle, Draw_2DI_Colorized_Polytriangle,
-                    Draw_2DI_Gouraud_Polytriangle>(strip.points);
-  } else {
-    call.operator()<Draw_DCI_Polytriangle, Draw_DCI_Colorized_Polytriangle,
-                    Draw_DCI_Gouraud_Polytriangle>(strip.points);
+  const KT_RGB32* const colors = strip.colors.data();
+  if (kind == Kind::flat) {
+    return call_by_layer<Draw_2D_Polytriangle, Draw_DC_Polytriangle, Draw_2DI_Polytriangle,
+                         Draw_DCI_Polytriangle>(session, layer, strip.points);
   }
-  return heap::allocated() - before;
-}
-
-std::string describe(Variant variant, Layer layer, Kind kind) {
-  static const char* const layers[] = {" 2D", " DC", " 2DI", " DCI"};
-  static const char* const kinds[] = {" flat", " colorized", " Gouraud"};
-  return std::string(name_of(variant)) + layers[static_cast<int>(layer)] +
-         kinds[static_cast<int>(kind)];
+  if (kind == Kind::colorized) {
+    return call_by_layer<Draw_2D_Colorized_Polytriangle, Draw_DC_Colorized_Polytriangle,
+                         Draw_2DI_Colorized_Polytriangle, Draw_DCI_Colorized_Polytriangle>(
+        session, layer, strip.points, colors, false);
+  }
+  return call_by_layer<Draw_2D_Gouraud_Polytriangle, Draw_DC_Gouraud_Polytriangle,
+                       Draw_2DI_Gouraud_Polytriangle, Draw_DCI_Gouraud_Polytriangle>(
+      session, layer, strip.points, colors);
 }
 
 KT_Contour_Set contour(const std::vector<KT_Point>& points) {

@@ -29,10 +29,17 @@ struct Configuration {
   KT_Int_XY size{12, 8};
   KT_Int_XY origin{};
   bool use_mask = false;
-  bool force_merge = false;
   KT_Palette palette = KD_Cube_Palette();
-  int padding = 3;                           ///< guard pixels behind each row
+  int padding = 3;                           ///< guard pixels after each row
   const KT_Renderer_Data* source = nullptr;  ///< the renderer it is built from
+};
+
+/// The kind of points that a routine takes a list of.
+template <class Routine>
+struct Point_Of;
+template <class Point, class... Rest>
+struct Point_Of<void(KT_Renderer_Data*, const KT_Rendition&, int, const Point*, Rest...)> {
+  using Type = Point;
 };
 
 class Session {
@@ -58,19 +65,32 @@ class Session {
   KT_Renderer_Options& options() const { return handle_->options(); }
   int establish() const { return handle_->establish(); }
   KT_Option& option(const wchar_t* name) const;
-  void set_depth_test(unsigned mode) const;
-  void set_depth_write(std::uint8_t write) const;
 
   KT_Display_Context& display() { return rendition.edit(&KT_Rendition_Data::display_context); }
   KT_Material& material() { return rendition.edit(&KT_Rendition_Data::material); }
   KT_Face_Attributes& face() { return rendition.edit(&KT_Rendition_Data::face_attributes); }
   KT_Misc_Attributes& misc() { return rendition.edit(&KT_Rendition_Data::misc_attributes); }
 
+  /// Calls an action of a list of points, which are turned into those that it takes; returns how
+  /// often the call allocated.
+  template <KT_Action action, class... Rest>
+  long call(const std::vector<KT_DCI_Point>& points, Rest... rest) const {
+    using Point = typename Point_Of<korvel::Routine_Of<action>>::Type;
+    using Place = decltype(Point::x);
+    std::vector<Point> taken;
+    for (const auto& [x, y, z] : points) {
+      taken.push_back({static_cast<Place>(x), static_cast<Place>(y), static_cast<Place>(z)});
+    }
+    const long before = heap::allocated();
+    actions().call<action>(rendition, static_cast<int>(taken.size()), taken.data(), rest...);
+    return heap::allocated() - before;
+  }
+
   /// Makes every pixel untouched: a colour of alpha 77 or index 238, and `depth_value`.
   void clear(std::uint32_t depth_value = 0xFFFF);
   /// What a pixel of the rendition's colour holds.
   std::uint32_t own_color() const { return legend().at('#'); }
-  /// '#': pixels of the rendition's colour, '+': of its contrast colour.
+  /// '#': pixels of the rendition's colour.
   Legend legend() const;
 
  private:
@@ -93,14 +113,22 @@ constexpr bool clips(Layer layer) {
 struct Strip {
   std::vector<KT_DCI_Point> points;
   std::vector<KT_RGB32> colors;  ///< a triangle, or of Gouraud strips a point
-  bool single_color = false;
 };
 /// A strip with the same colour everywhere.
 Strip strip_of(std::vector<KT_DCI_Point> points, KT_RGB32 color = {30, 60, 90, 255});
 
+/// Calls the action of that layer, of four in the layers' order.
+template <KT_Action float_any, KT_Action float_inside, KT_Action int_any, KT_Action int_inside,
+          class... Rest>
+long call_by_layer(const Session& session, Layer layer, const std::vector<KT_DCI_Point>& points,
+                   Rest... rest) {
+  if (layer == Layer::float_any) return session.call<float_any>(points, rest...);
+  if (layer == Layer::float_inside) return session.call<float_inside>(points, rest...);
+  if (layer == Layer::int_any) return session.call<int_any>(points, rest...);
+  return session.call<int_inside>(points, rest...);
+}
 /// Draws a strip by the action of that layer and kind; returns how often the call allocated.
 long draw(const Session& session, Layer layer, Kind kind, const Strip& strip);
-std::string describe(Variant variant, Layer layer, Kind kind);
 
 /// A closed contour in device coordinates.
 KT_Contour_Set contour(const std::vector<KT_Point>& points);

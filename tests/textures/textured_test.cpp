@@ -69,24 +69,13 @@ struct Stage : Session {
   /// Draws a zigzag of `count` points; returns what the call allocated.
   long draw(Layer layer, int count, const KT_Vector* vectors = nullptr) {
     std::vector<KT_DCI_Point> points;
-    std::vector<KT_Point> floats;
-    for (int i = 0; i < count; ++i) {
-      points.push_back({2 * i, i % 2 == 0 ? 1 : 9, 9});
-      floats.push_back({static_cast<float>(2 * i), i % 2 == 0 ? 1.0f : 9.0f, 9});
-    }
-    const std::vector<KT_Parameter> parameters(static_cast<std::size_t>(count), {0.3f, 0.7f, 0});
-    const std::vector<KT_RGB32> colors(static_cast<std::size_t>(count), {9, 8, 7, 100});
-    const long before = heap::allocated();
-    const auto call = [&]<KT_Action action>(const auto& at) {
-      actions().call<action>(rendition, count, at.data(), colors.data(), parameters.data(), 1,
-                             nullptr, vectors);
-    };
+    for (int i = 0; i < count; ++i) points.push_back({2 * i, i % 2 == 0 ? 1 : 9, 9});
+    const std::vector<KT_Parameter> parameters(points.size(), {0.3f, 0.7f, 0});
+    const std::vector<KT_RGB32> colors(points.size(), {9, 8, 7, 100});
     using enum KT_Action;
-    if (layer == Layer::float_any) call.operator()<Draw_2D_Textured_Polytriangle>(floats);
-    if (layer == Layer::float_inside) call.operator()<Draw_DC_Textured_Polytriangle>(floats);
-    if (layer == Layer::int_any) call.operator()<Draw_2DI_Textured_Polytriangle>(points);
-    if (layer == Layer::int_inside) call.operator()<Draw_DCI_Textured_Polytriangle>(points);
-    return heap::allocated() - before;
+    return call_by_layer<Draw_2D_Textured_Polytriangle, Draw_DC_Textured_Polytriangle,
+                         Draw_2DI_Textured_Polytriangle, Draw_DCI_Textured_Polytriangle>(
+        *this, layer, points, colors.data(), parameters.data(), 1, nullptr, vectors);
   }
 
   void expect_all_given_back() const {

@@ -74,8 +74,7 @@ TEST_F(Strips, AttributesGoOnWithThePointsAndAreCutWithThem) {
                                                   static_cast<const KT_Vector*>(vectors.data()));
     };
     const auto expect_at = [&](const Recorded_Call& call, std::size_t n, double value) {
-      EXPECT_EQ(call.point_colors[n].red, static_cast<int>(value + 0.5)) << n;
-      if (call.action == Draw_2DI_Gouraud_Polytriangle) return;
+      EXPECT_NEAR(call.point_colors[n].red, value, 0.5) << n;
       EXPECT_EQ(call.parameters[2 * n].s, value) << n;
       EXPECT_EQ(call.parameters[2 * n + 1].s, -value) << n;
       EXPECT_EQ(call.floats[n], value) << n;
@@ -86,22 +85,19 @@ TEST_F(Strips, AttributesGoOnWithThePointsAndAreCutWithThem) {
         expect_at(call, n, static_cast<double>(first + n));
       }
     };
-    for (const auto& calls :
-         {textured(), draw<Draw_2DD_Gouraud_Polytriangle>(points, colors.data())}) {
-      ASSERT_EQ(calls.size(), 6U);
-      expect_from(calls[0], 0);
-      expect_from(calls[5], 7);
-      EXPECT_EQ(calls[5].points.size(), 3U + static_cast<std::size_t>(extra));
-      // Triangle 2 is points 2 to 4, of which the last lies 4 reaches up: cut at a quarter.
-      for (std::size_t n = 0; n < calls[1].points.size(); ++n) {
-        const KT_Point_D& p = calls[1].points[n];
-        if (p.y == 9) {
-          expect_at(calls[1], n, p.x == 0 ? 2 : 3);
-        } else {
-          EXPECT_NEAR(levels(calls[1])[n], p.x == 0 ? 2.5 : 3.25, 0.51);
-        }
-      }
+    const auto calls = textured();
+    ASSERT_EQ(calls.size(), 6U);
+    expect_from(calls[0], 0);
+    expect_from(calls[5], 7);
+    EXPECT_EQ(calls[5].points.size(), 3U + static_cast<std::size_t>(extra));
+    // Triangle 2 is points 2 to 4, of which the last lies 4 reaches up: cut at a quarter.
+    for (std::size_t n = 0; n < calls[1].points.size(); ++n) {
+      const KT_Point_D& p = calls[1].points[n];
+      const float value = calls[1].floats[n];
+      EXPECT_NEAR(value, p.y == 9 ? (p.x == 0 ? 2 : 3) : (p.x == 0 ? 2.5 : 3.25), 1e-6);
+      expect_at(calls[1], n, static_cast<double>(value));
     }
+    EXPECT_EQ(draw<Draw_2DD_Gouraud_Polytriangle>(points, colors.data()).size(), 6U);
     // Nothing is cut: the caller's arrays as they are.
     points.resize(3);
     expect_from(textured().at(0), 0);
