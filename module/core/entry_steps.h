@@ -51,7 +51,6 @@ struct Entry_Step_Set {
   std::uint32_t bits = 0;
 
   constexpr void add(Entry_Step step) { bits |= bit(step); }
-  constexpr void add_if(bool holds, Entry_Step step) { bits |= holds ? bit(step) : 0; }
   constexpr bool has(Entry_Step step) const { return (bits & bit(step)) != 0; }
   constexpr bool meets(Entry_Step_Set other) const { return (bits & other.bits) != 0; }
 
@@ -89,9 +88,13 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition&
   using enum Entry_Step;
   const KT_Rendition_Data& data = *rendition;
   Entry_Step_Set held;
-  // What is not relevant costs nothing: its test is not compiled.
+  // What is not relevant costs nothing: its test is not compiled. Of the rest hardly any holds, so
+  // that branches are fewer instructions than bits put together.
   const auto add_if = [&]<class Test>(Entry_Step step, Test test) {
-    if (relevant.has(step)) held.add_if(test(), step);
+    if (relevant.has(step)) {
+      if (test()) [[unlikely]]
+        held.add(step);
+    }
   };
   const auto add_if_advanced = [&](Entry_Step step, std::uint32_t bit) {
     add_if(step, [&] { return (data.misc_attributes->advanced_options.bits & bit) != 0; });
@@ -135,23 +138,26 @@ constexpr Entry_Step_Set steps_in(const std::array<Entry_Steps, count>& table) {
   return all;
 }
 
-/// Walks the steps of a routine; returns whether one took the call.
-template <auto take, class Family_Routine, class Family_Call>
-[[gnu::noinline]] bool walk_steps(const Entry_Steps& steps, Family_Routine routine,
+/// Walks the steps of a routine, and draws unless one takes the call.
+template <auto take, auto draw, class Family_Routine, class Family_Call>
+[[gnu::noinline]] void walk_steps(const Entry_Steps& steps, Family_Routine routine,
                                   Family_Call& call) {
   for (const Entry_Step step : steps.list) {
-    if (step == Entry_Step::none) return false;
-    if (call.held.has(step) && take(step, routine, call)) return true;
+    if (step == Entry_Step::none) break;
+    if (call.held.has(step) && take(step, routine, call)) return;
   }
-  return false;
+  draw(routine, call);
 }
 
-/// Whether one of the steps at the head of `routine` takes the call. The family's
-/// `take(step, routine, call)` does what a step does and returns whether its test held after all.
-/// Mostly none can hold, which costs one comparison.
-template <auto take, class Family_Routine, class Family_Call>
-bool taken(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {
-  return steps.set.meets(call.held) && walk_steps<take>(steps, routine, call);
+/// Enters a routine: one of its steps takes the call, or else `draw(routine, call)` does the
+/// routine's own work. The family's `take(step, routine, call)` does what a step does and returns
+/// whether its test held after all. Mostly none can hold, which costs one comparison.
+template <auto take, auto draw, class Family_Routine, class Family_Call>
+void enter_by(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {
+  if (steps.set.meets(call.held)) [[unlikely]] {
+    return walk_steps<take, draw>(steps, routine, call);
+  }
+  draw(routine, call);
 }
 
 }  // namespace zbuffer

@@ -22,6 +22,11 @@ constexpr unsigned outcode(const KT_Int_Rectangle& r, std::int32_t x, std::int32
          (y > r.top ? beyond_top : 0) | (y < r.bottom ? beyond_bottom : 0);
 }
 
+/// Whether a point lies inside, bounds included.
+constexpr bool is_inside(const KT_Int_Rectangle& r, std::int32_t x, std::int32_t y) {
+  return x >= r.left && x <= r.right && y >= r.bottom && y <= r.top;
+}
+
 /// The rectangle, in device coordinates, within which fixed-point positions cannot overflow: no
 /// difference of two coordinates in it reaches 2^15. It is held against device coordinates although
 /// edges run in buffer coordinates; windows begin near the origin.

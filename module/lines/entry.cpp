@@ -32,12 +32,16 @@ constexpr std::size_t at(Masking masking) {
   return static_cast<std::size_t>(masking);
 }
 
+const Entry_Steps& steps_of(Routine r) {
+  return entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)];
+}
+
 void draw_list(Routine r, const Strip_Call& line, Merging merging) {
   scans_of(r.variant).inside[at(r.kind)][at(r.masking)](line, merging);
 }
 
 /// The framework's general routine of the same action.
-void call_standard(Routine r, const Strip_Call& line) {
+[[gnu::noinline]] void call_standard(Routine r, const Strip_Call& line) {
   if (r.layer == Layer::int_any) {
     return hand_over(r.kind, line, line.points, KD_Standard_Draw_2DI_Polyline,
                      KD_Standard_Draw_2DI_Colorized_Polyline,
@@ -53,7 +57,7 @@ Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
 }
 
 /// Two passes of the same routine: the outline, and the line over it.
-void draw_outlined(Routine r, const Strip_Call& line) {
+[[gnu::noinline]] void draw_outlined(Routine r, const Strip_Call& line) {
   KT_Rendition temporary = line.rendition;
   prepare_outline_rendition(temporary);
   Strip_Call outline = drawn_by(temporary, line);
@@ -68,6 +72,20 @@ KT_RGB32 flat_color(Routine r, const Strip_Call& line) {
   if (!is_mapped(r.variant)) return line.material().color;
   const KT_Palette& palette = line.renderer.current_options.palette();
   return palette->entries[static_cast<std::uint8_t>(line.material().color_index)].color;
+}
+
+void draw_unmerged(Routine r, Strip_Call& line) {
+  draw_list(r, line, Merging::off);
+}
+
+bool take(Entry_Step step, Routine r, Strip_Call& line);
+
+/// A flat list of direct colour that lies inside: a colorized one in the rendition's colour.
+[[gnu::noinline]] void draw_in_one_color(Routine r, Strip_Call& line) {
+  const KT_RGB32 color = line.material().color;
+  line.set_one_color(&color);
+  r = r.of(Kind::colorized);
+  enter_by<take, draw_unmerged>(steps_of(r), r, line);
 }
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
@@ -185,7 +203,8 @@ void walk_list(Routine r, const Strip_Call& line, const short* codes) {
   }
 }
 
-void draw_anywhere(Routine r, Strip_Call& line) {
+// Apart from `enter`, which then saves no registers.
+[[gnu::noinline]] void draw_anywhere(Routine r, Strip_Call& line) {
   Scratch<short, 66> codes(std::ptrdiff_t{line.count} + 2);
   const int inside =
       KD_Clip(line.display_context().hard_clip, line.count, line.points, codes.data());
@@ -196,14 +215,17 @@ void draw_anywhere(Routine r, Strip_Call& line) {
   walk_list(r, line, codes.data());
 }
 
+/// A layer's own work.
+void draw_layer(Routine r, Strip_Call& line) {
+  if (r.layer == Layer::int_any) return draw_anywhere(r, line);
+  if (r.kind == Kind::flat && !is_mapped(r.variant)) return draw_in_one_color(r, line);
+  draw_unmerged(r, line);
+}
+
 }  // namespace
 
 void enter(Routine r, Strip_Call& line) {
-  if (taken<take>(entry_steps[Routines::index(r.layer, r.kind, r.variant, r.masking)], r, line)) {
-    return;
-  }
-  if (r.layer == Layer::int_any) return draw_anywhere(r, line);
-  draw_list(r, line, Merging::off);
+  enter_by<take, draw_layer>(steps_of(r), r, line);
 }
 
 Strip_Call polyline_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,

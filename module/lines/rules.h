@@ -137,7 +137,7 @@ inline constexpr auto entry_steps = rule_table<Routines>(
         {{int_any, gouraud, rgb_alpha_z | rgb_z, open},
          {nothing_to_draw, standard_line, mask, depth_off}},
 
-        {{int_inside, flat, direct, open}, {too_few_points, outline, mask, as_colorized}},
+        {{int_inside, flat, direct, open}, {too_few_points, outline, mask}},
         {{int_inside, flat, mapped, open}, {too_few_points, standard_line, mask}},
         {{int_inside, flat, mapped_z, open}, {too_few_points, depth_off, standard_line, mask}},
 
@@ -154,9 +154,8 @@ inline constexpr auto entry_steps = rule_table<Routines>(
 
         // Masked routines, many of which are another one. A wide line's pattern is not tested.
         {{int_any, flat, rgb_alpha_z | rgb_z, masked}, {as_colorized}},
-        {{int_inside, flat, rgb_alpha | rgb, masked}, {as_colorized}},
         {{int_inside, flat, mapped_z, masked}, {wide_line}},
-        {{int_inside, flat, rgb_alpha_z, masked}, {wide_line, as_colorized}},
+        {{int_inside, flat, rgb_alpha_z, masked}, {wide_line}},
         {{int_inside, colorized, rgb_alpha | rgb, masked}, {standard_line, merging, antialias}},
         {{int_inside, one_colored, rgb_z, masked}, {as_blending}},
         {{int_inside, gouraud, rgb | rgb_z, masked}, {as_blending}},

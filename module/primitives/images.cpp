@@ -232,11 +232,14 @@ bool take(Entry_Step step, Variant variant, Image_Call& call) {
   }
 }
 
+void draw_open(Variant variant, Image_Call& call) {
+  draw(variant, Masking::open, alpha_of(variant), call);
+}
+
 }  // namespace
 
 void enter_image(Variant variant, Image_Call& call) {
-  if (taken<take>(entry_steps[Members<Variant>::index(variant)], variant, call)) return;
-  draw(variant, Masking::open, alpha_of(variant), call);
+  enter_by<take, draw_open>(entry_steps[Members<Variant>::index(variant)], variant, call);
 }
 
 Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,

@@ -57,16 +57,19 @@ void draw_markers(const Strip_Call& markers) {
   const KT_Int_Rectangle clip = markers.display_context().hard_clip;
   for (int i = 0; i < markers.count; ++i) {
     const KT_DCI_Point& point = markers.points[i];
-    if (outcode(clip, point.x, point.y) != 0) continue;
+    if (!is_inside(clip, point.x, point.y)) continue;
     if (auto* pixel = plotter.open(point)) plotter.put(pixel, color);
   }
+}
+
+void draw(Variant variant, Strip_Call& markers) {
+  with_constant(variant, [&]<Variant v>() { draw_markers<v>(markers); });
 }
 
 }  // namespace
 
 void enter_polymarker(Variant variant, Strip_Call& markers) {
-  if (taken<take>(entry_steps[Members<Variant>::index(variant)], variant, markers)) return;
-  with_constant(variant, [&]<Variant v>() { draw_markers<v>(markers); });
+  enter_by<take, draw>(entry_steps[Members<Variant>::index(variant)], variant, markers);
 }
 
 Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,

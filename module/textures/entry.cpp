@@ -86,14 +86,14 @@ Texturing texturing_of(Textured_Routine r, const Textured_Call& strip, KT_Textur
   return source->modulate != 0 && usable ? Texturing::modulated : Texturing::plain;
 }
 
-void decide_texturing(Textured_Routine r, Textured_Call& strip) {
+[[gnu::noinline]] void decide_texturing(Textured_Routine r, Textured_Call& strip) {
   KT_Texture_Source source;  // held until the call is over
   const Texturing texturing = texturing_of(r, strip, source);
   if (texturing == Texturing::undecided) return call_standard(r, strip);
   enter(r.with(texturing), strip);
 }
 
-void convert(Textured_Routine r, Textured_Call& strip) {
+[[gnu::noinline]] void convert(Textured_Routine r, Textured_Call& strip) {
   Scratch<KT_DCI_Point> points(strip.count);
   round_points(strip.floats, strip.count, points.data());
   strip.set_points(strip.count, points.data());
@@ -101,7 +101,7 @@ void convert(Textured_Routine r, Textured_Call& strip) {
 }
 
 /// A strip anywhere: parts of visible triangles, and single clipped ones.
-void draw_anywhere(Textured_Routine r, Textured_Call& strip) {
+[[gnu::noinline]] void draw_anywhere(Textured_Routine r, Textured_Call& strip) {
   Scratch<short> codes(strip.count);
   const int inside =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
@@ -118,11 +118,8 @@ void draw_anywhere(Textured_Routine r, Textured_Call& strip) {
       [&](int first) { scans_of(r.set).clipped[at(r.texturing)](strip.part(first, 3), held); });
 }
 
-}  // namespace
-
-void enter(Textured_Routine r, Textured_Call& strip) {
-  const Entry_Steps& steps = entry_steps[Textured_Routines::index(r.set, r.layer, r.texturing)];
-  if (taken<take>(steps, r, strip)) return;
+/// What decides on the texturing, or a layer's own work.
+void draw_layer(Textured_Routine r, Textured_Call& strip) {
   if (r.texturing == Texturing::undecided) return decide_texturing(r, strip);
   switch (r.layer) {
     case Layer::float_any:
@@ -133,6 +130,13 @@ void enter(Textured_Routine r, Textured_Call& strip) {
     case Layer::int_inside:
       return scans_of(r.set).inside[at(r.texturing)](strip);
   }
+}
+
+}  // namespace
+
+void enter(Textured_Routine r, Textured_Call& strip) {
+  const Entry_Steps& steps = entry_steps[Textured_Routines::index(r.set, r.layer, r.texturing)];
+  enter_by<take, draw_layer>(steps, r, strip);
 }
 
 }  // namespace zbuffer::textures

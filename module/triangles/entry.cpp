@@ -58,6 +58,10 @@ const Entry_Steps& steps_of(Routine r) {
   return entry_steps[place(r)];
 }
 
+void draw_inside(Routine r, Strip_Call& strip) {
+  scan(r, strip, scans_of(r.variant).inside);
+}
+
 /// Does what `step` does, whose test holds; returns whether it took the call.
 bool take(Entry_Step step, Routine r, Strip_Call& strip) {
   switch (step) {
@@ -67,10 +71,8 @@ bool take(Entry_Step step, Routine r, Strip_Call& strip) {
       return true;
     case Entry_Step::blending_filled:
       // The steps of the blending variant after its edge step, and its scan.
-      r = r.in(with_alpha(r.variant));
-      if (!taken<take>({Entry_Step::standard_pattern, Entry_Step::depth_off}, r, strip)) {
-        scan(r, strip, scans_of(r.variant).inside);
-      }
+      enter_by<take, draw_inside>({Entry_Step::standard_pattern, Entry_Step::depth_off},
+                                  r.in(with_alpha(r.variant)), strip);
       return true;
     case Entry_Step::merging_opaque: {
       KT_RGB32 color = *strip.colors;
@@ -99,7 +101,9 @@ bool take(Entry_Step step, Routine r, Strip_Call& strip) {
   }
 }
 
-void convert(Routine r, Strip_Call& strip) {
+// The layers stand apart from `enter`, which then saves no registers.
+
+[[gnu::noinline]] void convert(Routine r, Strip_Call& strip) {
   Scratch<KT_DCI_Point> points(strip.count);
   round_points(strip.floats, strip.count, points.data(), point_z[place(r)]);
   strip.set_points(strip.count, points.data());
@@ -125,7 +129,7 @@ void draw_clipped(Routine r, const Strip_Call& triangle) {
   scan(r, triangle, scans_of(r.variant).clipped);
 }
 
-void draw_anywhere(Routine r, Strip_Call& strip) {
+[[gnu::noinline]] void draw_anywhere(Routine r, Strip_Call& strip) {
   Scratch<short> codes(strip.count);
   const int inside =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
@@ -141,19 +145,14 @@ void draw_anywhere(Routine r, Strip_Call& strip) {
 }
 
 /// A flat strip of direct colour has a few steps of its own and then is a colorized one.
-void enter_in_one_color(Routine r, Strip_Call& strip) {
+[[gnu::noinline]] void enter_in_one_color(Routine r, Strip_Call& strip) {
   const KT_RGB32 color = strip.material().color;  // a copy, which nothing called can change
-  const Entry_Steps& steps = steps_of(r);
-  r = r.of(Kind::colorized);
   strip.set_one_color(&color);
-  if (!taken<take>(steps, r, strip)) enter(r, strip);
+  enter_by<take, enter>(steps_of(r), r.of(Kind::colorized), strip);
 }
 
-}  // namespace
-
-void enter(Routine r, Strip_Call& strip) {
-  if (r.kind == Kind::flat && !is_mapped(r.variant)) return enter_in_one_color(r, strip);
-  if (taken<take>(steps_of(r), r, strip)) return;
+/// A layer's own work.
+void draw_layer(Routine r, Strip_Call& strip) {
   switch (r.layer) {
     case Layer::float_any:
     case Layer::float_inside:
@@ -161,8 +160,15 @@ void enter(Routine r, Strip_Call& strip) {
     case Layer::int_any:
       return draw_anywhere(r, strip);
     case Layer::int_inside:
-      return scan(r, strip, scans_of(r.variant).inside);
+      return draw_inside(r, strip);
   }
+}
+
+}  // namespace
+
+void enter(Routine r, Strip_Call& strip) {
+  if (r.kind == Kind::flat && !is_mapped(r.variant)) return enter_in_one_color(r, strip);
+  enter_by<take, draw_layer>(steps_of(r), r, strip);
 }
 
 }  // namespace zbuffer::triangles
