@@ -50,8 +50,9 @@ auto color_of(const KT_Material& material) {
   }
 }
 
+// Six loops, kept apart: in one function they would share its registers.
 template <Variant variant>
-void draw_markers(const Strip_Call& markers) {
+[[gnu::noinline]] void draw_markers(const Strip_Call& markers) {
   const Plotter<variant> plotter(markers.renderer, markers.rendition);
   const auto color = color_of<variant>(markers.material());
   const KT_Int_Rectangle clip = markers.display_context().hard_clip;
