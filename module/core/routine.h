@@ -39,6 +39,21 @@ constexpr Layer integer_layer(Layer layer) {
   return layer == Layer::float_any ? Layer::int_any : Layer::int_inside;
 }
 
+/// Whether there is a scan of some properties. Those that there are not are never reached.
+enum class Exists : std::uint8_t { no, yes };
+
+/// Calls `use.operator()<kind, masking>()` with all values as constants.
+template <class Use>
+constexpr void for_all_kinds(Use use) {
+  const auto with_masking = [&]<Masking masking>() {
+    use.template operator()<Kind::flat, masking>();
+    use.template operator()<Kind::colorized, masking>();
+    use.template operator()<Kind::gouraud, masking>();
+  };
+  with_masking.template operator()<Masking::open>();
+  with_masking.template operator()<Masking::masked>();
+}
+
 /// A routine of strips or polylines.
 struct Routine {
   Layer layer;

@@ -54,29 +54,33 @@ struct Visible_Rows {
   }
 };
 
+/// The visible places of a straight segment from `from` up to, not including, `to`.
+struct Visible_Run {
+  std::int32_t sign;
+  std::int32_t first;
+  std::int32_t count;  // may be below 1
+
+  Visible_Run(std::int32_t from, std::int32_t to, std::int32_t low, std::int32_t high)
+      : sign(from < to ? 1 : -1),
+        first(sign > 0 ? std::max(from, low) : std::min(from, high)),
+        count(sign > 0 ? std::min(to - 1, high) - first + 1 : first - std::max(to + 1, low) + 1) {}
+};
+
 template <class Drawer>
 void step_clipped_row(const Segment& s, const Crossing& at, const Drawer& drawer) {
-  const std::int32_t sx = s.x0 < s.x1 ? 1 : -1;
-  const std::int32_t first = sx > 0 ? std::max(s.x0, at.clip.left) : std::min(s.x0, at.clip.right);
-  const std::int32_t last =
-      sx > 0 ? std::min(s.x1 - 1, at.clip.right) : std::max(s.x1 + 1, at.clip.left);
-  const std::int32_t count = (last - first) * sx + 1;
-  if (count < 1) return;
-  step_run(drawer.cursor(s.y0 - at.origin.y, 1, std::abs(s.x1 - s.x0), std::abs(first - s.x0)),
-           first - at.origin.x, count, sx);
+  const Visible_Run run(s.x0, s.x1, at.clip.left, at.clip.right);
+  if (run.count < 1) return;
+  step_run(drawer.cursor(s.y0 - at.origin.y, 1, std::abs(s.x1 - s.x0), std::abs(run.first - s.x0)),
+           run.first - at.origin.x, run.count, run.sign);
 }
 
 template <class Drawer>
 void step_clipped_column(const Segment& s, const Crossing& at, const Drawer& drawer) {
-  const std::int32_t sy = s.y0 < s.y1 ? 1 : -1;
-  const std::int32_t first = sy > 0 ? std::max(s.y0, at.clip.bottom) : std::min(s.y0, at.clip.top);
-  const std::int32_t last =
-      sy > 0 ? std::min(s.y1 - 1, at.clip.top) : std::max(s.y1 + 1, at.clip.bottom);
-  const std::int32_t count = (last - first) * sy + 1;
-  if (count < 1) return;
-  step_straight(
-      drawer.cursor(first - at.origin.y, sy, std::abs(s.y1 - s.y0), std::abs(first - s.y0)),
-      s.x0 - at.origin.x, 0, count);
+  const Visible_Run run(s.y0, s.y1, at.clip.bottom, at.clip.top);
+  if (run.count < 1) return;
+  step_straight(drawer.cursor(run.first - at.origin.y, run.sign, std::abs(s.y1 - s.y0),
+                              std::abs(run.first - s.y0)),
+                s.x0 - at.origin.x, 0, run.count);
 }
 
 /// The first run of a shallow line: from its own start, or from where its entry row is entered.

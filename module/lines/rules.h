@@ -50,9 +50,6 @@ enum class Near_Rule : std::uint8_t {
 /// draws its far end too.
 enum class Inside_Pairs : std::uint8_t { to_inside, as_clipped };
 
-/// Whether there is such a scan. The others are never reached.
-enum class Exists : std::uint8_t { no, yes };
-
 namespace rules {
 
 using enum Variant;

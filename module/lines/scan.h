@@ -188,21 +188,14 @@ void draw_clipped(const Strip_Call& pair, unsigned code0, unsigned code1) {
 template <Variant variant>
 constexpr Scans scans() {
   Scans made{};
-  const auto add = [&]<Kind kind, Masking masking>() {
+  for_all_kinds([&]<Kind kind, Masking masking>() {
     constexpr auto k = static_cast<std::size_t>(kind);
     constexpr auto m = static_cast<std::size_t>(masking);
     constexpr Member inside{variant, kind, Path::inside, masking};
     constexpr Member clipped{variant, kind, Path::clipped, masking};
     if constexpr (rules::exists(inside) == Exists::yes) made.inside[k][m] = draw_inside<inside>;
     if constexpr (rules::exists(clipped) == Exists::yes) made.clipped[k][m] = draw_clipped<clipped>;
-  };
-  const auto add_kinds = [&]<Masking masking>() {
-    add.template operator()<Kind::flat, masking>();
-    add.template operator()<Kind::colorized, masking>();
-    add.template operator()<Kind::gouraud, masking>();
-  };
-  add_kinds.template operator()<Masking::open>();
-  add_kinds.template operator()<Masking::masked>();
+  });
   return made;
 }
 

@@ -118,6 +118,11 @@ inline constexpr auto rows = rule_table<Where>(
 inline constexpr auto first_color = rule_table<Where>(
     First_Color::as_given, {{{rgb_alpha, colorized, inside}, First_Color::tested}});
 
+// Flat scans are there in mapped colour alone, and none of `RGB_Alpha_Z` are masked.
+inline constexpr auto exists =
+    rule_table<Where>(Exists::yes, {{{rgb_alpha | rgb | rgb_alpha_z | rgb_z, flat}, Exists::no},
+                                    {{rgb_alpha_z, colorized | gouraud, masked}, Exists::no}});
+
 // Rules of routines, by layer, kind, variant and masking.
 
 inline constexpr auto whole_strips =

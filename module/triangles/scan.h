@@ -146,24 +146,19 @@ void draw_clipped(const Strip_Call& triangle) {
   });
 }
 
-/// All scans of a variant. Flat ones exist in mapped colour alone, and none of `RGB_Alpha_Z` are
-/// masked.
+/// All scans of a variant.
 template <Variant variant>
 constexpr Scans scans() {
   Scans made{};
-  const auto add = [&]<Kind kind, Masking masking>() {
+  for_all_kinds([&]<Kind kind, Masking masking>() {
     constexpr auto k = static_cast<std::size_t>(kind);
     constexpr auto m = static_cast<std::size_t>(masking);
-    made.inside[k][m] = draw_inside<Scan_Member{variant, kind, Path::inside, masking}>;
-    made.clipped[k][m] = draw_clipped<Scan_Member{variant, kind, Path::clipped, masking}>;
-  };
-  const auto add_kinds = [&]<Masking masking>() {
-    if constexpr (is_mapped(variant)) add.template operator()<Kind::flat, masking>();
-    add.template operator()<Kind::colorized, masking>();
-    add.template operator()<Kind::gouraud, masking>();
-  };
-  add_kinds.template operator()<Masking::open>();
-  if constexpr (variant != Variant::rgb_alpha_z) add_kinds.template operator()<Masking::masked>();
+    constexpr Member solid{variant, kind, Path::inside, masking, Filling::solid};
+    if constexpr (rules::exists(solid) == Exists::yes) {
+      made.inside[k][m] = draw_inside<Scan_Member{variant, kind, Path::inside, masking}>;
+      made.clipped[k][m] = draw_clipped<Scan_Member{variant, kind, Path::clipped, masking}>;
+    }
+  });
   return made;
 }
 
