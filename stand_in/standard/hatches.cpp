@@ -1,3 +1,4 @@
+// The hatches as formulas over a cell of 16 by 16, from which their bits are made at compile time.
 #include "stand_in/standard/hatches.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// Texels of an image at places from 0 to 1, t upward: the nearest one, or the mean of the nearest
+// four. Outside the image each direction's wrap decides: no texel, the edge, a repeat or a mirror.
 #include "stand_in/standard/texture.h"
 
 #include <algorithm>
