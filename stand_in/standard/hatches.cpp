@@ -9,7 +9,7 @@ namespace {
 
 constexpr int size = 16;
 
-/// Whether a cell is drawn, by column and row from the left bottom one.
+/// Whether a cell is drawn, by column and row from the bottom left one.
 using Is_Drawn = bool (*)(int x, int y);
 
 constexpr int from_centre(int v) {

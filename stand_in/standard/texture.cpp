@@ -14,7 +14,7 @@ namespace {
 /// Steps of a texel that are lost to rounding on the way along edges and rows.
 constexpr double slack = 1.0 / 65536;
 
-/// Texel numbers beyond this tell nothing any more.
+/// Texel numbers beyond this are no longer exact enough to be of use.
 constexpr double farthest = 1 << 30;
 
 /// Position on one axis in texels, or not a number where there is nothing.
@@ -30,7 +30,7 @@ std::int64_t remainder_of(std::int64_t value, std::int64_t divisor) {
   return rest < 0 ? rest + divisor : rest;
 }
 
-/// The texel that a number stands for.
+/// The texel of a number that may lie outside the image.
 std::int64_t wrapped(std::int64_t number, std::int64_t size, std::uint32_t wrap) {
   switch (wrap) {
     case KT_Texture_Wrap::tile:
