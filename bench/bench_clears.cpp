@@ -62,6 +62,6 @@ void clear_color_and_depth(benchmark::State& state) {
   }
   report_pixels(state, static_cast<double>(frame_pixels));
 }
-BENCHMARK(clear_color_and_depth)->Name("W1/clear_color_and_depth");
+BENCHMARK(clear_color_and_depth)->Name("clear_color_and_depth");
 
 }  // namespace

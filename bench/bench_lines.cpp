@@ -25,9 +25,9 @@ struct Workload {
 };
 
 constexpr Workload workloads[] = {
-    {"W10/thin_lines", Variant::rgb, Style::plain, 200000, 19},
-    {"W11/gouraud_depth_lines", Variant::rgb_z, Style::gouraud, 200000, 19},
-    {"W12/antialiased_lines", Variant::rgb, Style::antialiased, 20000, 55},
+    {"thin_lines", Variant::rgb, Style::plain, 200000, 19},
+    {"gouraud_depth_lines", Variant::rgb_z, Style::gouraud, 200000, 19},
+    {"antialiased_lines", Variant::rgb, Style::antialiased, 20000, 55},
     {"blended_lines", Variant::rgb_alpha, Style::plain, 200000, 19, 128},
     {"mapped_lines", Variant::mapped, Style::plain, 200000, 19},
     {"mapped_gouraud_depth_lines", Variant::mapped_z, Style::gouraud, 200000, 19},

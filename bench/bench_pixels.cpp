@@ -47,12 +47,12 @@ void image(benchmark::State& state) {
   }
   report(state, static_cast<double>(pixels.size()));
 }
-BENCHMARK(image<Variant::rgb, Alpha::opaque, Depth::off>)->Name("W13/image_opaque");
-BENCHMARK(image<Variant::rgb_alpha, Alpha::by_pixel, Depth::off>)->Name("W14/image_alpha");
+BENCHMARK(image<Variant::rgb, Alpha::opaque, Depth::off>)->Name("image_opaque");
+BENCHMARK(image<Variant::rgb_alpha, Alpha::by_pixel, Depth::off>)->Name("image_alpha");
 BENCHMARK(image<Variant::rgb_z, Alpha::opaque, Depth::on>)->Name("image_opaque_depth");
 BENCHMARK(image<Variant::rgb_alpha_z, Alpha::by_pixel, Depth::on>)->Name("image_alpha_depth");
 
-// Rows apart by a row of the frame, as an image's are: the limit of W13.
+// Rows apart by a row of the frame, as an image's are: the limit of `image_opaque`.
 void limit_copy_rows(benchmark::State& state) {
   const std::vector<KT_RGB32> from = random_pixels(Alpha::opaque);
   std::vector<KT_RGB32> frame(static_cast<std::size_t>(width) * height);

@@ -14,43 +14,44 @@ using namespace bench;
 
 constexpr int texture_size = 256;
 
-enum class Road { plain, modulated, perspective };
+enum class Texturing { plain, modulated, perspective };
 
 struct Workload {
   const char* name;
   Variant variant;
-  Road road;
+  Texturing texturing;
   Crowd crowd;
   std::uint8_t alpha = 255;
   Order order = Order::random;
 };
 
 constexpr Workload workloads[] = {
-    {"W7/textured_depth_large", Variant::rgb_z, Road::modulated, large},
-    {"W7p/textured_depth_passing", Variant::rgb_z, Road::modulated, large, 255,
+    {"textured_depth_large", Variant::rgb_z, Texturing::modulated, large},
+    {"textured_depth_large_passing", Variant::rgb_z, Texturing::modulated, large, 255,
      Order::back_to_front},
-    {"W8/textured_depth_small", Variant::rgb_z, Road::modulated, small},
-    {"W8p/textured_depth_small_passing", Variant::rgb_z, Road::modulated, small, 255,
+    {"textured_depth_small", Variant::rgb_z, Texturing::modulated, small},
+    {"textured_depth_small_passing", Variant::rgb_z, Texturing::modulated, small, 255,
      Order::back_to_front},
-    {"textured_plain_large", Variant::rgb_z, Road::plain, large},
-    {"textured_plain_passing", Variant::rgb_z, Road::plain, large, 255, Order::back_to_front},
-    {"textured_alpha_large", Variant::rgb_alpha_z, Road::modulated, large, 128},
-    {"textured_alpha_passing", Variant::rgb_alpha_z, Road::modulated, large, 128,
+    {"textured_plain_large", Variant::rgb_z, Texturing::plain, large},
+    {"textured_plain_large_passing", Variant::rgb_z, Texturing::plain, large, 255,
      Order::back_to_front},
-    {"textured_alpha_small", Variant::rgb_alpha_z, Road::modulated, small, 128},
-    {"mapped_textured_large", Variant::mapped_z, Road::modulated, large},
-    {"mapped_textured_passing", Variant::mapped_z, Road::modulated, large, 255,
+    {"textured_alpha_large", Variant::rgb_alpha_z, Texturing::modulated, large, 128},
+    {"textured_alpha_large_passing", Variant::rgb_alpha_z, Texturing::modulated, large, 128,
      Order::back_to_front},
-    {"mapped_textured_small", Variant::mapped_z, Road::modulated, small},
-    {"perspective_textured_large", Variant::rgb_z, Road::perspective, large},
-    {"perspective_textured_small", Variant::rgb_z, Road::perspective, small},
+    {"textured_alpha_small", Variant::rgb_alpha_z, Texturing::modulated, small, 128},
+    {"mapped_textured_large", Variant::mapped_z, Texturing::modulated, large},
+    {"mapped_textured_large_passing", Variant::mapped_z, Texturing::modulated, large, 255,
+     Order::back_to_front},
+    {"mapped_textured_small", Variant::mapped_z, Texturing::modulated, small},
+    {"perspective_textured_large", Variant::rgb_z, Texturing::perspective, large},
+    {"perspective_textured_small", Variant::rgb_z, Texturing::perspective, small},
 };
 
 class Texture : public KT_Texture_Source_Data {
  public:
-  explicit Texture(Road road) {
+  explicit Texture(Texturing texturing) {
     wrap_s = wrap_t = 2;
-    modulate = road != Road::plain;
+    modulate = texturing != Texturing::plain;
     Random random;
     std::vector<KT_RGB32> texels(texture_size * texture_size);
     for (KT_RGB32& texel : texels) texel = KT_RGB32::from_word(random.next() | 0xFF000000u);
@@ -68,7 +69,7 @@ class Material : public KT_Material_Object {
  public:
   KT_Texture_Source source;
 
-  explicit Material(Road road) : source(new Texture(road)) {}
+  explicit Material(Texturing texturing) : source(new Texture(texturing)) {}
   KT_Counted* clone() const override { return nullptr; }
   KT_Point_Class classify_points(int, const KT_DCI_Point*) override { return {}; }
   KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override {
@@ -105,8 +106,9 @@ std::vector<Place> random_places(const std::vector<Triangle>& triangles) {
 void run(benchmark::State& state, const Workload& workload, Spread spread) {
   Session session(workload.variant);
   KT_Rendition& rendition = session.rendition();
-  rendition.edit(&KT_Rendition_Data::material).basic_material.reset(new Material(workload.road));
-  if (workload.road == Road::perspective) {
+  rendition.edit(&KT_Rendition_Data::material)
+      .basic_material.reset(new Material(workload.texturing));
+  if (workload.texturing == Texturing::perspective) {
     rendition.edit(&KT_Rendition_Data::misc_attributes).texture_options =
         KT_Misc_Attributes::perspective_bit;
   }

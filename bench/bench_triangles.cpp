@@ -24,13 +24,13 @@ struct Workload {
 };
 
 constexpr Workload workloads[] = {
-    {"W2/flat_large", Variant::rgb, Shading::flat, large},
-    {"W3/flat_small", Variant::rgb, Shading::flat, small},
-    {"W4/gouraud_depth_large", Variant::rgb_z, Shading::gouraud, large},
-    {"W4p/gouraud_depth_passing", Variant::rgb_z, Shading::gouraud, large, 255,
+    {"flat_large", Variant::rgb, Shading::flat, large},
+    {"flat_small", Variant::rgb, Shading::flat, small},
+    {"gouraud_depth_large", Variant::rgb_z, Shading::gouraud, large},
+    {"gouraud_depth_large_passing", Variant::rgb_z, Shading::gouraud, large, 255,
      Order::back_to_front},
-    {"W5/gouraud_depth_small", Variant::rgb_z, Shading::gouraud, small},
-    {"W9/flat_alpha_large", Variant::rgb_alpha, Shading::flat, large, 128},
+    {"gouraud_depth_small", Variant::rgb_z, Shading::gouraud, small},
+    {"flat_alpha_large", Variant::rgb_alpha, Shading::flat, large, 128},
     {"colorized_depth_large", Variant::rgb_z, Shading::colorized, large},
     {"gouraud_alpha_depth_large", Variant::rgb_alpha_z, Shading::gouraud, large, 128},
     {"gouraud_alpha_depth_small", Variant::rgb_alpha_z, Shading::gouraud, small, 128},
@@ -129,7 +129,7 @@ void run_sphere(benchmark::State& state) {
 
 const int registered = [] {
   register_workloads(workloads, run);
-  benchmark::RegisterBenchmark("W6/sphere_strips/whole", run_sphere)->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("sphere_strips/whole", run_sphere)->Unit(benchmark::kMillisecond);
   return 0;
 }();
 

@@ -1,3 +1,4 @@
+// Loading of the module and the set-up of a renderer for a variant.
 #include "bench/session.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Random triangles and the sphere, in device coordinates inside the window.
 #include "bench/workloads.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 //
 //   draw_strip OUT.png [MODULE]
 //
-// Device coordinates have y pointing up; (0, 0) is the left bottom pixel.
+// Device coordinates have y pointing up; (0, 0) is the bottom left pixel.
 
 #include <png.h>
 

@@ -1,4 +1,4 @@
-// The action table: what can be asked of a renderer, in table order, each with its signature.
+// The action table: what a renderer can be called for, in table order, each with its signature.
 //
 // An action is dispatched through a record of an object and a routine. `bind` and `call` take
 // the action as a template argument, so that a routine or a call with other arguments than the
@@ -181,7 +181,7 @@ class KT_Action_Table {
     return records[static_cast<int>(action)];
   }
 
-  /// Puts `routine` behind `action`. A null routine only makes the record invalid.
+  /// Binds `routine` to `action`. A null routine only makes the record invalid.
   template <KT_Action action>
   void bind(typename korvel::First_Argument<korvel::Routine_Of<action>>::Type object,
             korvel::Routine_Of<action>* routine) {
@@ -196,7 +196,7 @@ class KT_Action_Table {
     record.valid = 1;
   }
 
-  /// Calls the routine behind `action` with its object. The record must have been bound.
+  /// Calls the routine of `action` with its object. The record must have been bound.
   template <KT_Action action, class... Arguments>
   void call(Arguments&&... arguments) const {
     using Routine = korvel::Routine_Of<action>;

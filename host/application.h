@@ -15,7 +15,7 @@ class KORVEL_EXPORT KT_Renderer_Module {
   KT_Renderer_Module& operator=(const KT_Renderer_Module&) = delete;
   ~KT_Renderer_Module();
 
-  /// Loads the module at `path`. On failure returns false and says in `error` what is wrong with
+  /// Loads the module at `path`. On failure returns false and puts into `error` what is wrong with
   /// which file.
   bool load(const std::string& path, std::string& error);
   void unload();
@@ -32,7 +32,7 @@ class KORVEL_EXPORT KT_Renderer_Module {
 /// `window`, depth test on, a default material.
 KORVEL_EXPORT KT_Rendition KD_Default_Rendition(const KT_Int_Rectangle& window);
 
-/// The palette of the 6 by 6 by 6 colour cube at indices 0 to 215 and greys behind it.
+/// The palette of the 6 by 6 by 6 colour cube at indices 0 to 215 and greys after it.
 KORVEL_EXPORT KT_Palette KD_Cube_Palette();
 
 /// Values of `KT_Texture_Source_Data::wrap_s` and `wrap_t`: what there is beyond the image.

@@ -41,7 +41,7 @@ class KORVEL_EXPORT KT_Palette_Data : public KT_Counted {
  private:
   friend class KT_Palette;
   struct Memo;
-  Memo* memo_ = nullptr;  // colours asked for before, with their indices
+  Memo* memo_ = nullptr;  // colours looked up before, with their indices
 };
 
 class KORVEL_EXPORT KT_Palette : public KT_Handle<KT_Palette_Data> {

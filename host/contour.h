@@ -53,7 +53,7 @@ class KORVEL_EXPORT Frame_Buffer_Mask : public KT_Object {
   Frame_Buffer_Mask() = default;
   ~Frame_Buffer_Mask() override = default;
 
-  /// Sizes the mask to a window of `width` by `height` whose left bottom pixel is device (x, y).
+  /// Sizes the mask to a window of `width` by `height` whose bottom left pixel is device (x, y).
   int establish_configuration(int width, int height, int x, int y);
   /// Clears the bits, rasterizes the contours and keeps their id: set bits outside.
   void clear_and_rasterize_mask(const KT_Contour_Set& contours);

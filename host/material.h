@@ -1,4 +1,4 @@
-// Material objects: what a surface or a line answers about its kind, its texture and its light.
+// Material objects: the kind, the texture and the light of a surface or a line.
 #pragma once
 
 #include "host/counted.h"
@@ -21,7 +21,7 @@ class KORVEL_EXPORT KT_Texture_Source_Data : public KT_Counted {
 
 using KT_Texture_Source = KT_Handle<KT_Texture_Source_Data>;
 
-/// Answer of `classify_points`.
+/// Result of `classify_points`.
 struct KT_Point_Class {
   static constexpr std::int32_t outlined = 7;
   std::int32_t kind = 0;  ///< `outlined`: the polyline is drawn with an outline
@@ -50,7 +50,7 @@ class KORVEL_EXPORT KT_Basic_Material : public KT_Handle<KT_Material_Object> {
   KT_Basic_Material();
 };
 
-/// As `KT_Basic_Material`, for the textured companion; never answers `outlined`.
+/// As `KT_Basic_Material`, for the textured companion; never `outlined`.
 class KORVEL_EXPORT KT_Basic_Textured_Material : public KT_Handle<KT_Material_Object> {
  public:
   KT_Basic_Textured_Material();

@@ -29,7 +29,7 @@ class KORVEL_EXPORT KT_Option_Value_Data : public KT_Counted {
   ~KT_Option_Value_Data() override;
   KT_Option_Value_Data* clone() const override;
 
-  /// The value as one of the four kinds; the caller knows which.
+  /// The value as one of the four kinds; the caller has to know which.
   bool as_bool() const { return *static_cast<const std::uint8_t*>(data) != 0; }
   std::int32_t as_int() const { return *static_cast<const std::int32_t*>(data); }
   const std::int32_t* as_ints() const { return static_cast<const std::int32_t*>(data); }

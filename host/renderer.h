@@ -6,14 +6,14 @@
 #include "host/color.h"
 #include "host/option.h"
 
-/// What a renderer offers (declared) or is asked for (current).
+/// What a renderer offers (declared) or is to be (current).
 class KORVEL_EXPORT KT_Renderer_Options {
  public:
   int buffer_depth() const;  ///< bits; below 1: no depth image
   KT_Color_System color_system() const;
   bool alpha_blending() const;
   bool local_coordinates() const;   ///< true: buffer coordinates are device coordinates
-  KT_Int_XY window_origin() const;  ///< device coordinates of the left bottom pixel
+  KT_Int_XY window_origin() const;  ///< device coordinates of the bottom left pixel
   KT_Int_XY window_size() const;    ///< width and height in pixels
   const KT_Palette& palette() const;
   bool backing_store() const;          ///< true: the frame image is kept between pictures

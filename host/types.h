@@ -90,7 +90,7 @@ enum class KT_Image_Format : std::uint32_t {
   mapped = 1,       ///< 8 bits a pixel, a palette index
   rgb32 = 2,        ///< `KT_RGB32`
   depth = 3,        ///< 16 bits unsigned, 65535 is farthest
-  renderer_own = 7  ///< a read-back asks for the renderer's own format
+  renderer_own = 7  ///< of a read-back: the renderer's own format
 };
 
 enum class KT_Color_System : std::int32_t { mapped = 0, direct = 1 };

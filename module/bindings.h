@@ -1,5 +1,5 @@
-// Which routine is behind which action. Every family binds its own actions; the table of
-// bindings.cpp says for each variant whether it does.
+// Which routine each action has. Every family binds its own actions; the table in bindings.cpp says
+// for each variant whether it does.
 #pragma once
 
 #include "module/core/software_z_buffer.h"

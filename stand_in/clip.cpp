@@ -1,4 +1,4 @@
-// Outcodes of points against a rectangle. Renderers ask for them once a strip, so this is made
+// Outcodes of points against a rectangle. Renderers need them once a strip, so this is made
 // for speed: no branch depends on a point, and four whole-pixel points are done at a time.
 #include "host/clip.h"
 

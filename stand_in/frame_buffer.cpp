@@ -1,3 +1,4 @@
+// Frame images: rows are padded to four bytes, and a size that cannot be had leaves a null handle.
 #include "stand_in/frame_buffer.h"
 
 #include <limits>

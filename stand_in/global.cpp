@@ -50,7 +50,7 @@ constexpr Tile ramp_tile(int drawn_cells) {
   return tile;
 }
 
-// Turns a picture over: holes for ink, bottom row first, least significant bit leftmost.
+// Inverts a picture: holes for drawn pixels, bottom row first, least significant bit leftmost.
 constexpr Tile hatch_tile(const Tile& picture) {
   Tile tile = {};
   for (std::size_t y = 0; y < 8; ++y) {

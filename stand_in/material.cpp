@@ -46,7 +46,7 @@ class Basic_Material final : public Default_Material {
   }
 };
 
-/// Takes the place of a material while its outline is drawn, so it must not ask for another one.
+/// Takes the place of a material while its outline is drawn, so it must not have an outline itself.
 class Basic_Textured_Material final : public Default_Material {
  public:
   KT_Counted* clone() const override { return new Basic_Textured_Material(*this); }

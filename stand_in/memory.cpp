@@ -5,7 +5,7 @@
 #include "host/counted.h"
 #include "host/global.h"
 
-// The stand-in has the default heap alone; every handle on a heap stands for it.
+// The stand-in has the default heap alone; every handle on a heap means it.
 void* KD_AllocateMemory(std::size_t size, KorvelHeap*) {
   return std::malloc(size != 0 ? size : 1);
 }

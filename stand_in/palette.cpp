@@ -6,13 +6,13 @@
 
 #include "host/color.h"
 
-/// Answers given before, directly mapped. A slot is one word, a colour and its index together, so
-/// that a palette may be asked from several threads and a slot is right whoever wrote it.
+/// Earlier results, directly mapped. A slot is one word, a colour and its index together, so
+/// that a palette may be used from several threads and a slot is right whoever wrote it.
 struct KT_Palette_Data::Memo {
   static constexpr int slot_bits = 12;
   static constexpr std::size_t slot_count = std::size_t{1} << slot_bits;
 
-  std::uint32_t owner_id;  // content of the palette that the answers hold for
+  std::uint32_t owner_id;  // content of the palette that the results hold for
   std::array<std::atomic<std::uint32_t>, slot_count> slots;
 
   explicit Memo(std::uint32_t id) { forget(id); }

@@ -20,7 +20,7 @@ void KT_Renderer_Data::optimize_current_options() {
   optimize_current_renderer_options(*options_owner);
 }
 
-// What is asked for is brought down to what this renderer has declared.
+// What is requested is reduced to what this renderer has declared.
 void KT_Renderer_Data::optimize_current_renderer_options(KT_Renderer_Data& other) {
   KT_Renderer_Options& asked = other.current_options;
   asked.set_buffer_depth(std::min(asked.buffer_depth(), declared_options.buffer_depth()));

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Stands in the place of the record that only the framework reads.
+/// Takes the place of the record that only the framework reads.
 class Framework_Attributes : public KT_Attributes<Framework_Attributes> {};
 
 constexpr KT_RGB32 black = {0, 0, 0, 255};
@@ -38,7 +38,7 @@ KT_Handle<KT_Material> default_material() {
 
 }  // namespace
 
-// The setters write the colour alone: a rendition knows no palette that an index could come from.
+// The setters write the colour alone: a rendition has no palette that an index could come from.
 void KT_Rendition::set_color(const KT_RGB32& color, bool) {
   edit(&KT_Rendition_Data::material).color = color;
 }

@@ -7,7 +7,7 @@
 namespace {
 
 /// The clip of a window that begins at a negative coordinate is given relative to the window's
-/// left bottom corner; this is which clip was moved, and how far.
+/// bottom left corner; this is which clip was moved, and how far.
 struct Shift {
   std::uint32_t source_id = 0;
   std::int32_t x = 0;
@@ -58,7 +58,7 @@ class Recent_Shifts {
 
 }  // namespace
 
-// The result stays good until the thread asks for another clip.
+// The result stays good until the thread needs another clip.
 const KT_Contour_Set& KT_Rendition::shifted_complex_clip() const {
   static Recent_Shifts recent_shifts;
   thread_local Shifted_Clip latest;

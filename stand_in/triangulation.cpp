@@ -80,7 +80,7 @@ void on_combine(const GLdouble[3], void* const neighbours[4], const GLfloat weig
   }
 }
 
-// That edges are asked about is what makes the tessellator give plain triangles.
+// With a callback for edge flags the tessellator gives plain triangles.
 void on_edge_flag(GLboolean, void*) {}
 
 void on_error(GLenum code, void* gathering) {

@@ -1,5 +1,5 @@
 // The names of several pictures, and models from standard input: these are kept in a temporary
-// file, because loading happens in another process and asks for a name with an ending.
+// file, because loading happens in another process and needs a name with an ending.
 #include "apps/commands/batch.h"
 
 #include <stdlib.h>

@@ -25,8 +25,9 @@ class Picture_Names {
 void check_names(const std::string& pattern, const std::vector<std::string>& models,
                  std::size_t frames);
 
-// A model from standard input in a file of its own, of the ending that its first bytes tell, for
-// as long as this lives. Throws a Failure of Exit_Code::input; more than `most_bytes` are refused.
+// A model from standard input in a file of its own, with the ending of the format that its first
+// bytes show, for as long as this lives. Throws a Failure of Exit_Code::input; more than
+// `most_bytes` are refused.
 class Standard_Input {
  public:
   explicit Standard_Input(std::size_t most_bytes);

@@ -9,7 +9,7 @@
 
 namespace kv {
 
-// False when the user only asked for help, which is then printed. Throws a Failure of
+// False when only help was requested, which is then printed. Throws a Failure of
 // Exit_Code::usage, also for a std::invalid_argument of a value.
 inline bool parse_command_line(CLI::App& app, int argc, char** argv) {
   try {

@@ -1,4 +1,4 @@
-// Words for options: what the table of options tells of its values, where they are not the usual
+// Words for options: the values of the table of options, where they are not the usual
 // ones.
 #include "apps/commands/command_words.h"
 

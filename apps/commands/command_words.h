@@ -1,4 +1,4 @@
-// Options turned back into the command line that stands for them.
+// Options turned back into a command line.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 namespace kv {
 
 // The words of kvdraw for these options, without the program's and the pictures' names; what is as
-// usual is left out. The limits of loading are not told.
+// usual is left out. The limits of loading are left out.
 std::vector<std::string> command_words(const Options& options);
 
 // The words as a shell takes them.

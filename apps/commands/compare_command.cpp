@@ -51,7 +51,7 @@ auto of_file(const std::string& path, Action action) {
   }
 }
 
-// A picture whose faults are told with its name.
+// A picture whose faults are reported with its name.
 class Source {
  public:
   explicit Source(std::string path)

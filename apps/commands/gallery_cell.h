@@ -14,7 +14,7 @@ enum class Treatment {
   solid,
   patterned,     // with holes
   masked,        // to a circle
-  merged,        // two copies in different inks
+  merged,        // two copies in different colours
   depth_tested,  // the right half lies behind a rectangle
   alpha,         // half transparent, before dark bars
   clipped        // larger than the window

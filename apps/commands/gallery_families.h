@@ -30,7 +30,7 @@ inline constexpr Family gallery_families[] = {
     {"lines", line_primitives},         {"markers", marker_primitives},
     {"polygons", polygon_primitives},   {"images", image_primitives}};
 
-// A rectangle in one colour and depth, behind or before a primitive.
+// A rectangle in one colour and depth, farther or nearer than a primitive.
 void draw_backdrop(Brush& brush, float left, float right, float bottom, float top);
 
 }  // namespace kv

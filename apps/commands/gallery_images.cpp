@@ -10,7 +10,7 @@ namespace kv {
 namespace {
 
 struct Image_Box {
-  KT_DCI_Point start, end;  // left top, right bottom
+  KT_DCI_Point start, end;  // top left, bottom right
   int skipped_columns, skipped_rows;
 };
 

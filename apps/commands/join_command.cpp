@@ -20,7 +20,7 @@ namespace {
   throw Failure(Exit_Code::input, path, what, hint);
 }
 
-// Calls `read` and tells of what it throws as a fault of the file.
+// Calls `read` and reports what it throws as a fault of the file.
 template <class Read>
 auto of_file(const std::string& path, Read read) {
   try {

@@ -129,7 +129,7 @@ int reported(const std::string& picture_path, Work work) {
   }
 }
 
-// A batch goes on after a failure, and says at the end how many models failed.
+// A batch goes on after a failure, and reports at the end how many models failed.
 int draw_all(const Options& options) {
   const std::size_t models = options.model_paths.size();
   const auto frames = static_cast<std::size_t>(options.frames);

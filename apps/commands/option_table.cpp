@@ -1,4 +1,4 @@
-// The table, a row an option. What an option says of itself in the help comes from here, its
+// The table, a row an option. The help text of an option comes from here, its
 // default from the value that `Options` begins with.
 #include "apps/commands/option_table.h"
 
@@ -53,11 +53,11 @@ void add_drawing_options(CLI::App& app, Drawing& drawing) {
       "draw only inside a circle, or inside polygons, one a line: x,y x,y x,y ...\n"
       "in hundredths of the picture, y from the top");
   group.flag("--polygons", drawing.polygons,
-             "hand faces of more than three corners over whole, each in one colour and without\n"
+             "pass faces of more than three corners on whole, each in one colour and without\n"
              "textures");
   group.flag("--merge", drawing.merge,
-             "join overlapping faces like inks on the background; the module merges flat and\n"
-             "one-coloured faces without depth");
+             "overlapping faces keep the bits that their colours have in common; the module\n"
+             "merges flat and one-coloured faces without depth");
 }
 
 void add_texture_options(CLI::App& app, Options& options) {

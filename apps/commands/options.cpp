@@ -40,7 +40,7 @@ void add_tile_options(CLI::App& app, Options& options) {
       [] { return std::string(); }, "N|WxH",
       "draw tile by tile, each in a frame buffer of this size");
   group.number("--tile-index", options.tile_index, 0, std::numeric_limits<int>::max(), "I",
-               "draw one tile alone into its own file, for kvdraw join; 0 is the left top one");
+               "draw one tile alone into its own file, for kvdraw join; 0 is the top left one");
 }
 
 // Numbers as the user counts them.
@@ -56,8 +56,8 @@ void add_limit_options(CLI::App& app, Load_Limits& limits, Limit_Options& number
   group.number("--max-triangles", numbers.triangles, 1.0, 100e6, "N", "largest model accepted");
 }
 
-// Adds the options of both programs and parses. False when the user only asked for help, which is
-// then printed.
+// Adds the options of both programs and parses. False when only help was requested, which is then
+// printed.
 bool parse(CLI::App& app, Options& options, int argc, char** argv) {
   Limit_Options numbers{static_cast<double>(options.limits.memory_bytes >> 20),
                         static_cast<double>(options.limits.triangles)};
@@ -142,7 +142,7 @@ std::optional<Options> parse_view_options(int argc, char** argv,
   Options options;
   options.module_path = default_module;
   options.camera.framing = Framing::steady;
-  CLI::App app("Shows a 3D model in a window. The key h tells of the other keys.", "kvview");
+  CLI::App app("Shows a 3D model in a window. The key h lists the other keys.", "kvview");
   app.add_option("MODEL", options.model_path, "model file: OBJ, PLY, STL or glTF")
       ->required()
       ->type_name("");

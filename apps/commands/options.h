@@ -29,12 +29,12 @@ struct Options {
   Color background{0.93f, 0.94f, 0.95f, 1};
   std::string background_picture;  // drawn over the colour; empty: none
   bool textures = true;
-  bool info = false;   // tell of the model and draw nothing
-  bool stats = false;  // tell of the work
+  bool info = false;   // print what the model holds and draw nothing
+  bool stats = false;  // print counts and times
   Load_Limits limits;
 };
 
-// Nothing when the user only asked for help, which is then printed. Throws a Failure of
+// Nothing when only help was requested, which is then printed. Throws a Failure of
 // Exit_Code::usage. `default_module` serves when no module is named.
 std::optional<Options> parse_options(int argc, char** argv, const std::string& default_module);
 // The same for kvview, which names no picture. Its model keeps its size while it turns.

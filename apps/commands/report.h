@@ -1,4 +1,4 @@
-// What the program tells of a model and of its own work.
+// Reports of a model (--info) and of the program's own work (--stats).
 #pragma once
 
 #include <chrono>

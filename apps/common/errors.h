@@ -1,4 +1,4 @@
-// Failures the user is told of in one line, and the exit code each one leads to.
+// Failures that are reported to the user in one line, and the exit code of each.
 #pragma once
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// A line on the terminal that tells how far a long job has come.
+// A line on the terminal that shows the progress of a long job.
 #pragma once
 
 #include <chrono>

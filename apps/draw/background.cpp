@@ -38,7 +38,7 @@ void clear(const Canvas& canvas) {
   if (canvas.configuration.variant.depth) canvas.renderer.call<KT_Action::Clear_Depth>(solid);
 }
 
-// In a rendition of its own: inks and clips are the model's.
+// In a rendition of its own: colours and clips are the model's.
 void draw_background(const Canvas& canvas, const Image& background) {
   if (background.texels.empty()) return;
   constexpr int farthest = 65535;

@@ -1,4 +1,4 @@
-// The renderer module that a program uses unless told otherwise.
+// The renderer module that a program uses when `--module` is not given.
 #pragma once
 
 #include <string>

@@ -55,7 +55,7 @@ struct Drawing {
   std::optional<int> pattern;   // face pattern; without one faces are solid
   double opacity = 1;
   Clip clip{};
-  bool merge = false;  // overlapping faces are joined as inks are, on the background as paper
+  bool merge = false;  // overlapping faces are joined by merge control
 };
 
 inline constexpr int last_face_pattern = 73;
@@ -64,7 +64,7 @@ inline constexpr int last_line_pattern = 16;
 
 inline constexpr KT_RGB32 line_color{0x30, 0x26, 0x20, 255};
 
-// How far faces stand behind the edges that are drawn over them.
+// The depth offset of faces under the edges that are drawn over them.
 inline constexpr int hidden_line_offset = 150;
 
 // A regular cube of colours with `steps` a channel, 2 to 6.

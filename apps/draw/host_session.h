@@ -21,7 +21,7 @@ struct Content {
 };
 
 // What a module hands over to be shown: a rectangle of its colour image, in buffer coordinates, and
-// where its left top corner goes in the window, y down.
+// where its top left corner goes in the window, y down.
 struct Presented {
   const KT_Shared_Image& image;
   KT_Int_Rectangle rectangle;
@@ -35,7 +35,7 @@ class Host_Session {
  public:
   Host_Session(const std::string& module_path, const Variant& variant, const Size& size,
                const Drawing& drawing, const Color& background);
-  Host_Session(const Host_Session&) = delete;  // the renderer knows the session by its address
+  Host_Session(const Host_Session&) = delete;  // the renderer holds the session's address
   Host_Session& operator=(const Host_Session&) = delete;
 
   // The textures that content names by the model's materials.

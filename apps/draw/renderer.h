@@ -12,7 +12,7 @@ namespace kv {
 class Renderer {
  public:
   explicit Renderer(const std::string& module_path);
-  Renderer(const Renderer&) = delete;  // the framework knows it by its address
+  Renderer(const Renderer&) = delete;  // the framework holds its address
   Renderer& operator=(const Renderer&) = delete;
 
   KT_Renderer_Data& data() const { return *data_; }

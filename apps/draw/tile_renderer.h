@@ -13,7 +13,7 @@ namespace kv {
 // The size of the session that the tiles are drawn in.
 Size frame_size(const Tile_Grid& grid);
 
-// Draws the picture into a file, or of its tiles the one named, which tells there what it is.
+// Draws the picture into a file, or one of its tiles alone with a note of its place.
 void write_in_tiles(const std::string& path, Host_Session& session, Content content,
                     const Tile_Grid& grid, std::optional<int> one_tile, int line_width);
 

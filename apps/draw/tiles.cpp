@@ -1,4 +1,4 @@
-// Tiles are counted from the left top; their parts of the picture are in device coordinates, y
+// Tiles are counted from the top left; their parts of the picture are in device coordinates, y
 // upward.
 #include "apps/draw/tiles.h"
 

@@ -1,6 +1,6 @@
 // A picture cut into tiles, and the way from tiles to one file.
 //
-//   tile 0 | tile 1 | 2      Tiles are counted in rows from the left top corner. Those in the last
+//   tile 0 | tile 1 | 2      Tiles are counted in rows from the top left corner. Those in the last
 //   -------+--------+--      column and in the last row are as large as what is left there.
 //   tile 3 | tile 4 | 5
 #pragma once
@@ -30,19 +30,19 @@ struct Tile_Grid {
   friend bool operator==(const Tile_Grid& a, const Tile_Grid& b) = default;
 };
 
-// A tile that lies in a file of its own says there which one it is.
+// The note in the file of a single tile: which tile of which picture it is.
 inline constexpr const char* tile_note_key = "kvdraw tile";
 struct Tile_Note {
   Tile_Grid grid;
   int index = 0;
 };
 std::string words_of(const Tile_Note& note);
-// Throws std::runtime_error when these are the words of no tile.
+// Throws std::runtime_error when the text is not the note of a tile.
 Tile_Note parse_tile_note(const std::string& words);
 
 using Tile_Source = std::function<Picture(int index)>;
 
-// Writes the picture as its tiles come in, asked for one by one in their order. What is held is
+// Writes the picture as its tiles come in, one by one in their order. What is held is
 // one row of tiles: three bytes times the width of the picture and the height of a tile.
 void write_tiles(const std::string& path, const Tile_Grid& grid, const Tile_Source& tile);
 

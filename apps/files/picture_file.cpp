@@ -88,7 +88,7 @@ class Stream {
     if (std::fflush(stream_) != 0) fail(path_, errno);
   }
 
-  // Some file systems tell only now that the disk is full.
+  // Some file systems report a full disk only now.
   void finish() {
     if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(path_, errno);
   }
@@ -168,7 +168,7 @@ void write_file(const std::string& path, const Picture_Rows& rows) {
   if (S_ISDIR(status.st_mode)) fail(path, EISDIR);
   if (!S_ISREG(status.st_mode)) return write_directly(path, rows);
   if (access(path.c_str(), W_OK) != 0) fail(path, errno);
-  // Behind a symbolic link, it is the file that is replaced and not the link.
+  // Of a symbolic link the target is replaced and not the link.
   std::error_code error;
   const std::filesystem::path target = std::filesystem::canonical(path, error);
   if (error) fail(path, error.message());

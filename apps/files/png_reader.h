@@ -12,7 +12,7 @@ namespace kv {
 enum class Png_Pixels { rgb = 3, rgba = 4 };  // bytes a pixel
 
 // All members throw std::runtime_error with the system's or the library's words. Other depths and
-// colours than asked for are converted.
+// colours than expected are converted.
 class Png_Reader {
  public:
   Png_Reader(const std::string& path, Png_Pixels pixels);
@@ -20,7 +20,7 @@ class Png_Reader {
 
   Size size() const;
   std::size_t row_bytes() const;
-  // What the picture says under this key; empty when it says nothing.
+  // The text entry of this key; empty when there is none.
   std::string note(const std::string& key) const;
 
   // The next row, the top row first. An interlaced picture is held in memory as a whole.

@@ -11,7 +11,7 @@
 
 namespace kv {
 
-// Words that a picture carries, by their keys.
+// Text entries of a picture, by their keys.
 using Png_Notes = std::map<std::string, std::string>;
 
 // All members throw std::runtime_error with the system's or the library's words. What the stream

@@ -68,7 +68,7 @@ Image scaled(const Image& image, const Run& across, const Run& down) {
   return result;
 }
 
-// Puts a block's left top pixel at (left, top) of the result; what falls beside it is cut.
+// Puts a block's top left pixel at (left, top) of the result; what falls beside it is cut.
 void copy_block(const Image& block, int left, int top, Image& result) {
   const int from = std::max(left, 0);
   const int to = std::min(left + static_cast<int>(block.width), static_cast<int>(result.width));

@@ -93,7 +93,7 @@ class Materials {
 
   std::uint32_t of(const aiMesh& mesh) const {
     if (mapping_of(mesh)) return mesh.mMaterialIndex;
-    // Outside glTF the colours of vertices stand for the material.
+    // Outside glTF the colours of vertices replace the material's.
     if (mesh.HasVertexColors(0) && format_ != Format::gltf) return sources_;
     return sources_ + 1 + mesh.mMaterialIndex;
   }
@@ -170,7 +170,7 @@ Mesh mesh_of(const Instance& instance, Format format, const Materials& materials
   const Texture_Mapping* const mapping = materials.mapping_of(source);
   Mesh mesh;
   mesh.material = materials.of(source);
-  // The normals of STL are those of its facets and say nothing of the smooth surface.
+  // The normals of STL are those of its facets and not of the smooth surface.
   mesh.has_normals = source.HasNormals() && format != Format::stl;
   mesh.vertices.resize(source.mNumVertices);
   for (unsigned i = 0; i < source.mNumVertices; ++i) {

@@ -95,7 +95,7 @@ Meeting meeting_of(const Mesh& mesh) {
 Vec3 corner_normal(const std::vector<Vec3>& facets, const std::vector<Vec3>& directions,
                    std::span<const std::uint32_t> around, std::size_t own) {
   // Comparing each facet with each takes too long at a hub of many thousands, where it matters
-  // little as well: there the facet stands for itself.
+  // little as well: there the facet's own normal is used.
   constexpr std::size_t hub = 1000;
   if (around.size() > hub) return directions[own];
   static const double least_cosine = std::cos(crease_degrees * std::numbers::pi / 180);

@@ -1,5 +1,5 @@
 // The library joins the folder of the model's path and what the file says into one name. Here the
-// folder is taken off again, so that a reference is judged as it stands in the file.
+// folder is taken off again, so that a reference is judged as it is in the file.
 #include "apps/load/model_io.h"
 
 #include <assimp/DefaultIOStream.h>
@@ -49,7 +49,7 @@ void Model_IO::Close(Assimp::IOStream* stream) {
   delete stream;
 }
 
-// A file that is missing is the importer's to tell of: it may look in another place.
+// A missing file is reported by the importer, which may look in another place.
 void Model_IO::warn(const std::string& name, Reference::State state) {
   if (state != Reference::State::outside && state != Reference::State::not_regular) return;
   const std::string warning = "file '" + name + "' " + words_of(state);

@@ -126,7 +126,7 @@ Texture_Mapping Texture_Importer::add_texture(Material& material, const aiMateri
     material.texture = index_of(name.C_Str(), alpha_use_of(source));
     material.wrap_s = wrap_of(modes[0]);
     material.wrap_t = wrap_of(modes[1]);
-    // Black would let nothing of the texture be seen: it stands for "see the texture".
+    // Black would hide the texture; in such files it means that the texture alone counts.
     Color& diffuse = material.diffuse;
     if (diffuse.red + diffuse.green + diffuse.blue <= 0) diffuse = {1, 1, 1, diffuse.alpha};
     Texture_Mapping mapping;

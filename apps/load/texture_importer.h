@@ -34,7 +34,7 @@ class Texture_Importer {
   const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:
-  // What the alpha of texels stands for.
+  // The meaning of the alpha of texels.
   struct Alpha_Use {
     enum class Kind { kept, opaque, cut } kind = Kind::kept;
     float least_shown = 0;  // of `cut`, from 0 to 1

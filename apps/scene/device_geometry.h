@@ -42,7 +42,7 @@ class Device_Geometry {
  public:
   explicit Device_Geometry(Mode mode) : mode_(mode) {}
 
-  // `colors` are as many as the mode asks for.
+  // `colors` are as many as the mode needs.
   void add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors, bool faces_away,
            const Strip_Texture& texture = {});
   // A module draws the pixels of all edges. Where a front and a back share an edge at the same

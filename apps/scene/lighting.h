@@ -11,7 +11,7 @@ class Lighting {
  public:
   explicit Lighting(const View& view);
 
-  // The colour of a surface. Both sides are lit; `toward_eye` tells which one is seen.
+  // The colour of a surface. Both sides are lit; `toward_eye` decides which one is seen.
   Color shade(Vec3 normal, Vec3 toward_eye, const Color& surface) const;
 
  private:

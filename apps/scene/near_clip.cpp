@@ -10,8 +10,8 @@ float between(float from, float to, double part) {
   return static_cast<float>(from + part * (static_cast<double>(to) - from));
 }
 
-// Where the edge from a kept to a dropped point crosses the plane. Always asked in that direction,
-// so that two triangles get the same point on their common edge.
+// Where the edge from a kept to a dropped point crosses the plane. Always computed in that
+// direction, so that two triangles get the same point on their common edge.
 Eye_Point crossing(const Eye_Point& kept, const Eye_Point& dropped, double near_plane) {
   const double part = (kept.position.z - near_plane) / (kept.position.z - dropped.position.z);
   Eye_Point point;

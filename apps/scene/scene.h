@@ -15,7 +15,7 @@ struct Scene {
   Model model;
   std::vector<Strip_Set> strips;  // by mesh
 
-  // By mesh. Found when they are first asked for; not for several threads at once.
+  // By mesh. Found when they are first needed; not for several threads at once.
   const std::vector<std::vector<Edge>>& edges(Edge_Choice choice) const {
     auto& found = edges_[choice == Edge_Choice::feature ? 1 : 0];
     if (!found) {

@@ -9,7 +9,7 @@
 namespace kv {
 namespace {
 
-constexpr int turn = 10;  // pixels that an arrow key stands for
+constexpr int turn = 10;  // pixels of dragging that an arrow key equals
 
 template <Style style>
 void show(Options& options) {

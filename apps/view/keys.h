@@ -1,4 +1,4 @@
-// The keys of the viewer: one table for what they do and for the help that tells of them.
+// The keys of the viewer: one table for what they do and for the help that lists them.
 #pragma once
 
 #include <span>
@@ -9,12 +9,12 @@
 
 namespace kv {
 
-// What a key asks of the viewer. Most keys only change the options of the picture.
+// Requests of a key to the viewer. Most keys only change the options of the picture.
 enum class Key_Task { change, reset, spin, help, readout, screenshot, reload, quit };
 
 struct Key {
   std::string_view name;   // without regard to case
-  std::string_view words;  // what it does, for the help; empty: told by the row before
+  std::string_view words;  // what it does, for the help; empty: part of the row before
   Key_Task task = Key_Task::change;
   void (*change)(Options&) = nullptr;
 };

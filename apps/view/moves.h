@@ -1,5 +1,5 @@
 // How the mouse moves the camera. What comes out is rounded to few digits, so that a camera can be
-// told in words without loss.
+// written on a command line without loss.
 #pragma once
 
 #include "apps/common/option_text.h"

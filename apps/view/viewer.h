@@ -36,7 +36,7 @@ class Viewer {
   void write_screenshot();
   bool draw();
   void show();
-  // Runs a step that may fail; the user is told, and the window stays.
+  // Runs a step that may fail; the failure is shown, and the window stays.
   template <class Step>
   bool attempt(Step step);
   Text_Lines readout() const;

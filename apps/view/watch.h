@@ -11,8 +11,8 @@ class File_Watch {
  public:
   explicit File_Watch(const std::string& path);
 
-  // Whether the file is another than the one last told of. A file that changes still, or is away
-  // for a moment, is not told of before it has stayed the same from one call to the next.
+  // Whether the file is another than the one last reported. A file that still changes, or is away
+  // for a moment, is not reported before it has stayed the same from one call to the next.
   bool changed();
 
  private:

@@ -1,4 +1,4 @@
-// Entry steps: the tests at the head of a routine, in order. The first that holds takes the call
+// Entry steps: the tests that a routine begins with, in order. The first that holds takes the call
 // elsewhere; which tests there are and in which order differs from routine to routine, and is a row
 // of a table in each family.
 //
@@ -29,7 +29,7 @@ enum class Entry_Step : std::uint8_t {
   depth_off_standard,  ///< textures: no depth, without floats and vectors
 
   // What another variant draws, same layer and kind.
-  blending,         ///< blending asked for: the blending variant
+  blending,         ///< the blending bit: the blending variant
   blending_filled,  ///< the same, past that variant's edge step
   depth_off,        ///< depth not enabled: the variant without depth
   opaque_color,     ///< one opaque colour: the variant without blending
@@ -37,10 +37,10 @@ enum class Entry_Step : std::uint8_t {
   merging_opaque,   ///< the same, with the colour made opaque
 
   // What is drawn in another way.
-  edges,         ///< strips: edges asked for, drawn as lines
+  edges,         ///< strips: the edge bit, drawn as lines
   mask,          ///< a mask in force: the masked routine
   outline,       ///< lines: an outlined line, two passes with changed renditions
-  antialias,     ///< lines: antialiasing asked for
+  antialias,     ///< lines: the antialiasing bit
   opaque_image,  ///< images: alpha is to be ignored
   as_colorized,  ///< always: the colorized routine in the rendition's colour
   as_blending    ///< always: the routine of the blending variant
@@ -58,7 +58,7 @@ struct Entry_Step_Set {
   static constexpr std::uint32_t bit(Entry_Step step) { return 1u << static_cast<unsigned>(step); }
 };
 
-/// The steps at the head of one routine.
+/// The steps of one routine.
 struct Entry_Steps {
   static constexpr std::size_t longest = 6;
   std::array<Entry_Step, longest> list{};
@@ -130,7 +130,7 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition&
   return held;
 }
 
-/// All steps that stand in some row of a family's table.
+/// All steps that are in some row of a family's table.
 template <std::size_t count>
 constexpr Entry_Step_Set steps_in(const std::array<Entry_Steps, count>& table) {
   Entry_Step_Set all;

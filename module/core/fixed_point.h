@@ -3,10 +3,10 @@
 //   16.16   positions and colour channels: (whole << 16) | 0x8000
 //   17.15   depths:                        (whole << 15) | 0x4000
 //
-// All values are unsigned 32-bit words: additions wrap, and a signed reading is asked for by name.
-// A step over n rows or pixels is (d << fraction bits) / n, wrapped to 32 bits and truncated
-// toward zero; for n of 1, 2, 4 and 8 it is the difference shifted by so many bits less, also
-// where the full product would have wrapped.
+// All values are unsigned 32-bit words: additions wrap, and a signed reading has a name of its own
+// (`as_signed`). A step over n rows or pixels is (d << fraction bits) / n, wrapped to 32 bits and
+// truncated toward zero; for n of 1, 2, 4 and 8 it is the difference shifted by so many bits less,
+// also where the full product would have wrapped.
 #pragma once
 
 #include <array>

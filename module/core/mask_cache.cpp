@@ -1,3 +1,5 @@
+// The cache of clip masks owns its list: masks are deleted with it and by `clear`. Which mask is
+// at its head is decided in pixels/mask.cpp.
 #include "module/core/mask_cache.h"
 
 Mask_Cache_Data::~Mask_Cache_Data() {

@@ -13,7 +13,7 @@ class Mask_Cache_Data : public KT_Counted {
 
   Mask_Cache_Data() = default;
   ~Mask_Cache_Data() override;
-  /// Shares the list: a shallow copy that the normal course never makes.
+  /// Shares the list: a shallow copy, which in practice nothing makes.
   Mask_Cache_Data* clone() const override;
 
   /// Destroys all masks, from the head on.

@@ -1,3 +1,5 @@
+// The options as a table: name, kind and value of each, and the slot of those that the renderer
+// reads again. The order of the rows is the order of creation.
 #include "module/core/options.h"
 
 namespace zbuffer {

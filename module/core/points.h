@@ -1,4 +1,4 @@
-// Rounding of points.
+// Rounding of float and double points to whole device coordinates.
 #pragma once
 
 #include "host/types.h"

@@ -1,4 +1,4 @@
-// What tells the routines of a family apart: the properties that rule tables are written in.
+// The properties by which the routines of a family differ, and in which rule tables are written.
 #pragma once
 
 #include <cstdint>

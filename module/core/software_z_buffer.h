@@ -1,7 +1,7 @@
 // The renderer object: options, frame images and what draw routines read of them.
 //
 // `establish` chooses a routine for every action from the current options; after that no routine
-// asks for colour system, buffer depth or alpha blending again.
+// tests colour system, buffer depth or alpha blending again.
 #pragma once
 
 #include <array>
@@ -67,7 +67,7 @@ class Software_Z_Buffer final : public KT_Renderer_Data {
   void establish_merge_colors();
 };
 
-/// The renderer behind the first argument of an action.
+/// The renderer that the first argument of an action is.
 inline Software_Z_Buffer& renderer_of(KT_Renderer_Data* object) {
   return static_cast<Software_Z_Buffer&>(*object);
 }

@@ -60,7 +60,7 @@ constexpr Variant without_alpha(Variant v) {
   }
 }
 
-/// The variant for the three questions that a configuration answers.
+/// The variant of a configuration.
 constexpr Variant variant_for(bool depth, bool direct, bool alpha) {
   if (!direct) return depth ? Variant::mapped_z : Variant::mapped;
   if (alpha) return depth ? Variant::rgb_alpha_z : Variant::rgb_alpha;

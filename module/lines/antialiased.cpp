@@ -93,7 +93,7 @@ class Target {
   std::ptrdiff_t stride(Axis axis) const {
     return axis == Axis::x ? 1 : -std::ptrdiff_t{image_.row_bytes} / 4;
   }
-  /// A pixel by its distance from the bottom left one.
+  /// A pixel by its distance from the one at the bottom left.
   std::uint32_t& at(std::ptrdiff_t offset) const { return pixels_[offset]; }
 
  private:

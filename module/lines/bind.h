@@ -1,4 +1,4 @@
-// Puts the polyline routines of a variant behind their actions.
+// Binds the polyline routines of a variant to their actions.
 #pragma once
 
 #include "module/core/software_z_buffer.h"

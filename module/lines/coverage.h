@@ -1,4 +1,4 @@
-// How strongly antialiased lines bits pixels, and the blend of such pixels.
+// How strongly antialiased lines cover pixels, and the blend of such pixels.
 #pragma once
 
 #include <array>
@@ -39,7 +39,7 @@ struct Opaque_Coverage {
   }
 };
 
-/// A colour whose alpha takes part: as above with 16 fraction bits. Blue and red go in one word of
+/// A colour with its alpha: as above, with 16 fraction bits. Blue and red go in one word of
 /// 64 bits, 32 each.
 class Alpha_Coverage {
  public:

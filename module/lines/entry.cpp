@@ -1,4 +1,4 @@
-// Entry steps of polylines, the two layers, and the way of a list that crosses the hard clip.
+// Entry steps of polylines, the two layers, and the split of a list that crosses the hard clip.
 #include "module/lines/entry.h"
 
 #include "module/core/outcode.h"

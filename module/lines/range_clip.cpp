@@ -1,3 +1,5 @@
+// A parametric clip of one segment in device coordinates. An end that lies in the range is returned
+// as it came, whatever happens to the other one.
 #include "module/lines/range_clip.h"
 
 #include <algorithm>

@@ -83,8 +83,8 @@ inline constexpr auto alpha =
                                         {{rgb_alpha_z, clipped}, Blending::blend},
                                         {{rgb_alpha_z, inside, open}, Blending::blend}});
 
-// Final points of lists. The depth settings have no part in them. The accumulator is one step on;
-// the last pixel of a blended list is opaque, unless it is shaded.
+// Final points of lists. The depth settings are not used. The accumulator is one step on; the last
+// pixel of a blended list is opaque, unless it is shaded.
 inline constexpr auto ends = rule_table<Where>(
     End_Rule{End_Depth::point, End_Depth::point, End_Color::as_drawn},
     {{{mapped_z, colorized}, {End_Depth::accumulator, End_Depth::accumulator, End_Color::as_drawn}},

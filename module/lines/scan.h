@@ -1,5 +1,5 @@
-// Drawing, past all entry steps: lists of points that lie inside, and single clipped segments. Here
-// a member gets its depth test and its paint.
+// Drawing, after all entry steps: lists of points that lie inside, and single clipped segments.
+// Here a member gets its depth test and its paint.
 #pragma once
 
 #include "module/lines/clipped_stepper.h"
@@ -38,7 +38,7 @@ void with_mapped_paint(const Strip_Call& line, Merging merging, Draw draw) {
   }
 }
 
-/// Paint of one colour has none yet.
+/// Paint of one colour gets its colour later, by `take`.
 template <Member member, class Draw>
 void with_direct_paint(const Strip_Call& line, Merging merging, Draw draw) {
   constexpr bool blends = rules::alpha(member) == Blending::blend;
@@ -68,7 +68,7 @@ void with_drawer(const Strip_Call& line, Merging merging, Draw draw) {
   });
 }
 
-/// Whether merge control takes part that no entry step has taken.
+/// Whether merge control is on for a member that has no entry step for it.
 template <Member member>
 Merging merging_when_on(const Strip_Call& line) {
   const bool on =

@@ -1,4 +1,4 @@
-// What draws the pixels of polylines, past all entry steps: a table of functions a variant.
+// What draws the pixels of polylines, after all entry steps: a table of functions for each variant.
 #pragma once
 
 #include "module/core/call.h"

@@ -55,7 +55,7 @@ struct Slanted {
   /// Start of a steep line's positions.
   Word steep_start() const { return Position::at(x0); }
 
-  /// The same, so that lines down to the left bits what their reverse does.
+  /// The same, corrected so that lines down to the left cover the pixels of their reverse.
   Word steep_start_reversible() const {
     const bool corrected = sx < 0 && sy < 0;
     return steep_start() - (corrected ? (step * as_word(rows)) & 0xFFFF : 0);
@@ -69,12 +69,12 @@ struct Slanted {
     return shallow_base() + (sx > 0 ? shift_signed(0 - step, 1) : 0 - shift_signed(step, 1));
   }
 
-  /// Rows to where the line meets column `side` on its way out of a rectangle.
+  /// Rows to where the line meets column `side` as it leaves a rectangle.
   std::int32_t rows_to_exit(std::int32_t side) const {
     if (slope != Slope::steep) return rows_to_side(side);
     return as_signed((distance_to(side) + (sx > 0 ? 0x7FFF : 0x8000)) / steepness());
   }
-  /// Rows to where it meets column `side` on its way in.
+  /// Rows to where it meets column `side` as it enters.
   std::int32_t rows_to_entry(std::int32_t side) const {
     if (slope != Slope::steep) return rows_to_side(side);
     return 1 + as_signed((distance_to(side) - (sx > 0 ? 0x8001 : 0x8000)) / steepness());
@@ -99,9 +99,9 @@ struct Slanted {
   }
 };
 
-/// The row where a line meets column `side`, `sx` telling whether that is the left (-1) or the
-/// right side (1) of `clip`. On its way in the row is not before the rectangle's first row, on its
-/// way out not behind its last one.
+/// The row where a line meets the left (`sx` of -1) or the right side (1) of `clip`. Where the line
+/// enters, the row is not before the rectangle's first row; where it leaves, not after its last
+/// one.
 inline std::int32_t row_at_side(const Slanted& line, const KT_Int_Rectangle& clip,
                                 std::int32_t sx) {
   const std::int32_t side = sx < 0 ? clip.left : clip.right;

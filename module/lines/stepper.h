@@ -7,7 +7,7 @@
 // A segment draws its first point and stops short of its last. Shallow lines go row by row in
 // runs: half a step in the first row, whole steps, and what remains in the last.
 //
-// The steppers know nothing of pixels. A drawer gives them strokes:
+// The steppers do not see the pixels. A drawer gives them cursors:
 //
 //   drawer.cursor(row, sy, pixels, skipped)   a cursor at a buffer row that goes on by `sy` rows,
 //                                            over a line of `pixels` of which some are left out
@@ -65,7 +65,7 @@ struct Shallow_Place {
   Word position;
 };
 
-/// `rows` runs, then one in the row behind them up to the column that `end(position)` tells.
+/// `rows` runs, then one in the row after them up to the column that `end(position)` gives.
 template <Heading heading, class Columns, class Line_Cursor, class End>
 void step_shallow(Line_Cursor cursor, const Columns columns, Shallow_Place at, const Word step,
                   std::int32_t rows, const End end) {

@@ -1,4 +1,5 @@
-// A strip's edges by three chains, each a flat polyline.
+// The edges of a strip as three flat polylines: along all points, along the even and along the odd
+// ones. In device coordinates.
 #include "module/lines/strip_edges.h"
 
 #include "module/core/points.h"

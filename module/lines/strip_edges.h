@@ -5,9 +5,9 @@
 
 namespace zbuffer::lines {
 
-/// Draws the edges of a strip as polylines: the chain of all points, of the even and of the odd
-/// ones. Float points are rounded. The colours of the strip are not used; polygons that a wide edge
-/// becomes take the strip's depth offset.
+/// Draws the edges of a strip as polylines: one through all points, one through the even and one
+/// through the odd ones. Float points are rounded. The colours of the strip are not used; polygons
+/// that a wide edge becomes take the strip's depth offset.
 void draw_strip_edges(const Strip_Call& strip);
 
 }  // namespace zbuffer::lines

@@ -1,8 +1,8 @@
-// Colour cursors: where the colour of a row's pixels comes from, on its way from pixel to pixel.
-// They do not know where their values start; spans and segments each have their own rule for that.
+// Colour cursors: the colour of a row's pixels, stepped from pixel to pixel. Where the values start
+// is decided elsewhere; spans and segments each have their own rule for that.
 //
 //   value(to)       the colour of the pixel at `to`
-//   advance()       one pixel on; advance(count): so many
+//   advance()       one pixel on; advance(count): by `count` pixels
 //   next_row()      the row above or below, of segments that go on there
 #pragma once
 
@@ -20,7 +20,7 @@ struct Stepped {
   void advance(std::int32_t count) { value += as_word(count) * step; }
 };
 
-/// Three channels on their way, as named values: an array would go through memory at every pixel.
+/// Three stepped channels, as named values: an array would go through memory at every pixel.
 struct Stepped_Rgb {
   Stepped red, green, blue;
 

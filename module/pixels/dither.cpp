@@ -1,3 +1,5 @@
+// Dithering of a constant colour: its four candidate indices, and rows of eight indices made on
+// first use. Rows are buffer rows, columns are pixel addresses, both by their low three bits.
 #include "module/pixels/dither.h"
 
 #include <algorithm>

@@ -22,7 +22,7 @@ struct Channels {
   std::int32_t blue;
 };
 
-/// One row of thresholds, asked by pixel address.
+/// One row of thresholds, by pixel address.
 class Dither_Row {
  public:
   explicit Dither_Row(std::int32_t y) : row_(&SHARED.dither_table[(y & 7) * 8]) {}
@@ -56,7 +56,8 @@ struct Cube {
             as_signed(as_word(color.blue) * as_word(scale.blue))};
   }
 
-  /// Index of whole cube coordinates. Blue counts with stride 1 here, whatever its stride says.
+  /// Index of whole cube coordinates. Blue counts with stride 1 here, whatever the cube's blue
+  /// stride is.
   std::uint8_t index(std::int32_t red, std::int32_t green, std::int32_t blue) const {
     return static_cast<std::uint8_t>(base + red_stride * static_cast<std::uint8_t>(red) +
                                      green_stride * static_cast<std::uint8_t>(green) +

@@ -1,3 +1,5 @@
+// The list of clip masks, most recently used first. `select_mask` always leaves the wanted mask at
+// the head; the last mask of a full cache is rasterized anew.
 #include "module/pixels/mask.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
-// Merge control: drawing combines with what is there. A pixel of the key colour stands for empty
-// paper and takes the new colour; any other keeps the bits that old and new have in common; and
-// no result may look like empty paper.
+// Merge control: drawing combines with what is there. A pixel of the key colour counts as empty and
+// takes the new colour; any other keeps the bits that old and new have in common. No result may be
+// the key colour: the substitute colour takes its place.
 #pragma once
 
 #include "module/core/entry_steps.h"

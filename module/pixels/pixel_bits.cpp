@@ -1,3 +1,5 @@
+// Where the bits of a face pattern come from: the framework's table of 8 by 8 patterns, or the
+// user's own pattern of any size.
 #include "module/pixels/pixel_bits.h"
 
 namespace zbuffer {

@@ -173,7 +173,7 @@ inline bool is_solid(const KT_Rendition& rendition) {
          !(rendition->misc_attributes->pattern_options & KT_Misc_Attributes::inverted_pattern_bit);
 }
 
-/// Whether the pattern is all holes, told without a look at its bits.
+/// Whether the pattern is all holes, by its number and options alone.
 inline bool draws_nothing(const KT_Rendition& rendition) {
   const std::uint32_t options = rendition->misc_attributes->pattern_options;
   if (options & KT_Misc_Attributes::opaque_pattern_bit) return false;

@@ -1,5 +1,5 @@
-// Runs: stretches of one row that get one value. Everything that stores many equal pixels ends
-// here, so that wide stores stand in one place.
+// Runs: stretches of one row that get one value. Everything that stores many equal pixels calls
+// these functions, so that wide stores are in one place.
 #pragma once
 
 #include <array>

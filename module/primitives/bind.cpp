@@ -30,7 +30,7 @@ void bind_polymarkers(Software_Z_Buffer& renderer, Variant variant) {
   });
 }
 
-// The last two arguments of the action have no part in it.
+// The last two arguments of the action are not used.
 void bind_rgb32_images(Software_Z_Buffer& renderer, Variant variant) {
   with_constant(variant, [&]<Variant v>() {
     bind<KT_Action::Draw_DCI_RGB32_Image>(

@@ -1,4 +1,4 @@
-// Puts the routines of dots, polymarkers, images, polygons and frame services behind their actions.
+// Binds the routines of dots, polymarkers, images, polygons and frame services to their actions.
 #pragma once
 
 #include "module/core/software_z_buffer.h"

@@ -1,4 +1,4 @@
-// Clears: whole rectangles, in device coordinates.
+// Clears of colour and depth: the hard clip rectangle, which comes in device coordinates.
 #include <algorithm>
 #include <cstring>
 

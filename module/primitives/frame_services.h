@@ -1,7 +1,7 @@
 // Rectangles of whole frame images: clearing, reading back, writing depth, presenting.
 //
-// A read-back rectangle comes as two device points: `start` its left top pixel, `end` its right
-// bottom one, both inclusive. Source and target rows run from the top row down.
+// A read-back rectangle comes as two device points: `start` its top left pixel, `end` its bottom
+// right one, both included. Source and target rows run from the top row down.
 #pragma once
 
 #include "module/core/fixed_point.h"

@@ -1,8 +1,8 @@
 // Images by source (index, colour, colour with alpha), depth and mask, in one loop over rows.
 //
-//   start (left, top) ->  * * * * * .    source rows from top to bottom
+//   start (top left)  ->  * * * * * .    source rows from top to bottom
 //                         * * * * * .    . is cut off: the window ends; nothing else is clipped
-//                         * * * * * .  <- end (right, bottom)
+//                         * * * * * .  <- end (bottom right)
 //
 // A mask cuts a row into visible stretches; a stretch is a block copy or a loop over quads. The
 // depth ramp steps between the pixels of a row, hidden ones included, and runs on from row to
@@ -29,7 +29,7 @@ std::int32_t columns(const Image_Call& call) {
   return wrapped_sum(wrapped_difference(std::min(call.end.x, last), call.start.x), 1);
 }
 
-// What a source pixel does. `drawn` says for which pixels depth takes part.
+// How a source pixel is drawn. `drawn` selects the pixels that are tested against depth.
 
 struct Copy_Source {
   static constexpr bool copies = true;
@@ -183,7 +183,7 @@ void draw_image(Variant variant, Masking masking, const Image_Call& call) {
   }
 }
 
-/// Whether the alpha bytes of an image take part.
+/// Whether the alpha bytes of an image are used.
 enum class Image_Alpha : std::uint8_t { ignored, by_pixel };
 
 void draw(Variant variant, Masking masking, Image_Alpha alpha, const Image_Call& call) {

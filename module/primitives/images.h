@@ -8,8 +8,8 @@ namespace zbuffer::primitives {
 
 /// A call of either action. Rows of the source are `stride` bytes apart.
 struct Image_Call : Call {
-  const KT_DCI_Point& start;  ///< left top pixel
-  const KT_DCI_Point& end;    ///< right bottom pixel, included
+  const KT_DCI_Point& start;  ///< top left pixel
+  const KT_DCI_Point& end;    ///< bottom right pixel, included
   std::int32_t stride;
   const std::uint8_t* pixels;
 };

@@ -1,8 +1,7 @@
 // Plotting of single pixels: what dots and the points of polymarkers have in common.
 //
-// With depth a pixel is under the depth test alone; neither mask nor merge control has a part, even
-// when they are in force. Without depth the mask comes first, then merge control, then the
-// variant's own blend.
+// With depth only the depth test decides; mask and merge control are not used, even when they are
+// in force. Without depth the mask comes first, then merge control, then the variant's own blend.
 #pragma once
 
 #include <type_traits>

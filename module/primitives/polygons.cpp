@@ -98,8 +98,8 @@ void draw_polygon(KT_Renderer_Data* object, const KT_Rendition& callers, int cou
   }
 }
 
-/// Whole points: neither rank nor edge offset has a part, and a lone triangle's colour is not
-/// announced as single.
+/// Whole points: neither rank nor edge offset is used, and the colour of a lone triangle is not
+/// passed as a single one.
 template <class Triangles, class Float_Triangles>
 void draw_polygon(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                   const KT_DCI_Point* points, const KT_RGB32* color) {

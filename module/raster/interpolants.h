@@ -51,7 +51,7 @@ struct Vertex {
   std::int32_t x() const { return value[0]; }
 };
 
-/// An edge on its way up: the running value and the step of each interpolant.
+/// An edge, stepped upwards row by row: the running value and the step of each interpolant.
 template <class Values>
 class Edge;
 

@@ -1,6 +1,6 @@
 // Blends: what a texel and a modulation make of a pixel. A blend is set to a row of the buffer and
-// then makes pixels, four at a time or, for short spans, one; `alpha` tells of each whether it
-// shows.
+// then makes pixels, four at a time or, for short spans, one; `alpha` is 0 for those that do not
+// show.
 #pragma once
 
 #include "module/pixels/blend_255.h"

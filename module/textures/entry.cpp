@@ -1,4 +1,4 @@
-// Entry steps of textured strips, what decides on the texturing, and the layers.
+// Entry steps of textured strips, the decision on the texturing, and the layers.
 #include "module/textures/entry.h"
 
 #include "module/core/points.h"

@@ -5,8 +5,8 @@
 //                 |          +-- lit --------+   DC   float_inside  converts, goes on to DCI
 //         general routine                        DCI  int_inside    draws: a scan
 //
-// The texturing is decided once, in the action. No clip mask has a part anywhere: textured
-// primitives are drawn as if there were no complex clip.
+// The texturing is decided once, in the action. Clip masks are not used: textured primitives are
+// drawn as if there were no complex clip.
 #pragma once
 
 #include "module/textures/call.h"

@@ -1,7 +1,7 @@
 // Light on a textured triangle: a diffuse part that multiplies the texel and a specular part that
 // is added, both interpolated from the corners.
 //
-// The material computes the light. It is asked for the two parts apart, through two renditions made
+// The material computes the light. The two parts are computed apart, through two renditions made
 // for that: one white and without specular colour, one black.
 #pragma once
 
@@ -21,7 +21,7 @@ class Lights {
  public:
   explicit Lights(const KT_Rendition& drawn);
 
-  /// Asks for the light of three corners: diffuse for all, then specular for all.
+  /// Computes the light of three corners: diffuse for all, then specular for all.
   void shade(const KT_Vector* const (&vectors)[3], Corner_Light (&lights)[3]) const;
 
  private:
@@ -29,7 +29,7 @@ class Lights {
   KT_Rendition specular_;
 };
 
-/// Interpolants of a lit edge: diffuse channels behind the geometry, and specular ones as floats.
+/// Interpolants of a lit edge: diffuse channels after the geometry, and specular ones as floats.
 struct Light_Interpolants {
   using Words = Joined<Geometry_Interpolants,
                        Interpolants<Byte_Interpolant, Byte_Interpolant, Byte_Interpolant>>;

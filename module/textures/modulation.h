@@ -1,5 +1,5 @@
 // Modulations: what a texel is multiplied by. A modulation is started at a span from the
-// interpolants of its edges and then gives factors for four pixels at a time. Short spans ask for
+// interpolants of its edges and then gives factors for four pixels at a time. Short spans take
 // the products with the left edge's factors and with the means of both edges.
 //
 //   product of a channel = (texel byte * factor) >> 16

@@ -1,7 +1,7 @@
 // Every rule by which like members of the textured family differ, as tables.
 //
 // A member is a scan by set, texturing and path. The family has one set a variant with depth, and
-// two for `Mapped_Z`: one for each answer to `alpha_blending()`.
+// two for `Mapped_Z`: one for each value of `alpha_blending()`.
 #pragma once
 
 #include "module/core/entry_steps.h"
@@ -10,7 +10,7 @@
 namespace zbuffer::textures {
 
 enum class Set : std::uint8_t { mapped_z, cut_out, rgb_z, rgb_alpha_z };
-/// What the texture does with the colours, once the call has found out.
+/// What the texture does with the colours, decided in the action.
 enum class Texturing : std::uint8_t { undecided, plain, modulated, lit };
 /// The rows of a triangle below the middle corner, and those from it on.
 enum class Half : std::uint8_t { low, high };
@@ -64,9 +64,9 @@ struct Textured_Routine {
 };
 using Textured_Routines = Members<Set, Layer, Texturing>;
 
-/// What becomes of a pixel whose texel, or whose product with the colours, has an alpha of 0.
+/// How a pixel is drawn whose texel, or whose product with the colours, has an alpha of 0.
 enum class Transparent : std::uint8_t {
-  ordinary,    // alpha has no part in it
+  ordinary,    // alpha is not used
   dropped,     // neither colour nor depth is written
   keeps_color  // the colour stays and the depth is written all the same
 };
@@ -82,7 +82,7 @@ enum class Channel_Scale : std::uint8_t {
 /// Where the second pixel of a two-pixel span takes its line of the image from.
 enum class Line_From : std::uint8_t { left, mean };
 
-/// The depth that a pixel stores; what it is tested with is another matter.
+/// The depth that a pixel stores. It may be tested with another one.
 enum class Depth_From : std::uint8_t {
   left,
   mean,
@@ -97,7 +97,7 @@ struct Two_Pixel_Rule {
   Depth_From first_depth;
 };
 
-/// What an action does with a primitive that asks for light.
+/// What an action does with a primitive that is to be lit.
 enum class Light_Rule : std::uint8_t { standard, lit };
 /// Whether a missing list of colours makes a modulated primitive a plain one.
 enum class Colors_Rule : std::uint8_t { trusted, tested };
@@ -160,7 +160,7 @@ inline constexpr auto entry_steps = rule_table<Textured_Routines>(
         {{indexed, int_any, decided}, {nothing_to_draw, depth_off_standard}},
         {{rgb_z, inside_layers, decided}, {blending}},
         {{rgb_z, int_any, decided}, {nothing_to_draw}},
-        {{rgb_alpha_z, int_any, plain}, {nothing_to_draw}},  // filled where edges are asked for
+        {{rgb_alpha_z, int_any, plain}, {nothing_to_draw}},  // filled even with the edge bit
         {{rgb_alpha_z, int_any, modulated}, {edges, nothing_to_draw}},
     });
 

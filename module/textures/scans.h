@@ -1,4 +1,5 @@
-// What draws the pixels of textured strips, past all entry steps: a table of functions a set.
+// What draws the pixels of textured strips, after all entry steps: a table of functions for each
+// set.
 #pragma once
 
 #include "module/textures/call.h"

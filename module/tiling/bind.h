@@ -1,4 +1,4 @@
-// Puts the seven `2DD` routines behind their actions; they are the same in every variant.
+// Binds the seven `2DD` routines to their actions; they are the same in every variant.
 #pragma once
 
 #include "module/core/software_z_buffer.h"

@@ -1,7 +1,7 @@
 // Geometry in double precision, brought into the renderer's own numbers.
 //
-// With tiling, geometry may lie very far from the window. What each `2DD` action does round its
-// own path stands here: points are cut by a guard rectangle, 2^30 wide to each side of the device
+// With tiling, geometry may lie very far from the window. What all `2DD` actions have in
+// common is here: points are cut by a guard rectangle, 2^30 wide to each side of the device
 // origin, and rounded; less the origin every coordinate then fits an int with room to spare. The
 // integer actions get buffer coordinates, so the device origin is zero while they run.
 #pragma once
@@ -22,7 +22,7 @@ inline KT_Int_Rectangle guard_round(KT_Int_XY center) {
           wrapped_difference(center.y, guard_reach), wrapped_sum(center.y, guard_reach)};
 }
 
-/// A call on its way: the caller's points with their outcodes, and the points for the inner call.
+/// A call in progress: the caller's points with their outcodes, and the points for the inner call.
 struct Guarded_Call {
   Software_Z_Buffer& renderer;
   KT_Rendition rendition;  // a reference of its own, with a hard clip in buffer coordinates
@@ -61,8 +61,8 @@ inline KT_Int_Rectangle hard_clip_in_buffer(const Guarded_Call& call) {
 }
 
 /// Draws geometry of `Kind`: `draw_whole(call)` when all of it lies inside the guard rectangle, as
-/// nearly always, `draw_pieces(call)` when part of it may. An exception on its way leaves the
-/// device origin at zero.
+/// nearly always, `draw_pieces(call)` when part of it may. When an exception passes, the device
+/// origin stays at zero.
 template <class Kind>
 void draw_guarded(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                   const KT_Point_D* points, Kind kind) {

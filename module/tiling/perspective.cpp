@@ -1,3 +1,5 @@
+// Perspective floats from the view's matrix: a device point goes back through the adjoint, and the
+// matrix then gives its fourth coordinate. In single or double precision, as the matrix is.
 #include "module/tiling/perspective.h"
 
 namespace zbuffer::tiling {

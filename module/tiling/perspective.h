@@ -1,4 +1,4 @@
-// What textures need for perspective correction where the caller has not given it.
+// The floats that textures need for perspective correction, where the caller has not given them.
 #pragma once
 
 #include "host/rendition.h"

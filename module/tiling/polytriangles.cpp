@@ -10,7 +10,7 @@
 namespace zbuffer::tiling {
 namespace {
 
-/// What goes with the points of a strip; null is what a kind lacks.
+/// The attributes of a strip's points; null where the kind has none.
 struct Attributes {
   const KT_RGB32* colors = nullptr;
   const KT_Parameter* parameters = nullptr;

@@ -1,4 +1,4 @@
-// Entry steps of strips, the four layers, and the way of a strip that crosses the hard clip.
+// Entry steps of strips, the four layers, and the split of a strip that crosses the hard clip.
 #include "module/triangles/entry.h"
 
 #include "module/core/scratch.h"

@@ -1,4 +1,4 @@
-// Paint: all that a span knows of colour, a source with its blend and the contrast colour of a
+// Paint: all that a span needs of colour, which is a source, its blend and the contrast colour of a
 // pattern.
 #pragma once
 

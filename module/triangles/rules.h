@@ -133,8 +133,8 @@ inline constexpr auto point_z = rule_table<Routines>(
     Point_Z::rounded, {{{float_inside, rgb_alpha | rgb | mapped}, Point_Z::left_out}});
 
 // Flat actions of direct colour have their own few steps and then are colorized ones. With points
-// inside, neither image nor count is looked at. Masked routines have their tests behind them, but
-// that `RGB` may still blend.
+// inside, neither image nor count is looked at. Masked routines come after these tests; only
+// `RGB` may still blend there.
 inline constexpr Any<Kind> shaded = colorized | gouraud;
 using enum Entry_Step;
 inline constexpr auto entry_steps = rule_table<Routines>(

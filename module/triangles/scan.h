@@ -8,7 +8,7 @@
 
 namespace zbuffer::triangles {
 
-/// What tells the scans apart that are chosen by the routine; the filling follows from the call.
+/// A scan as the routine chooses it; the filling is added by the call.
 struct Scan_Member {
   Variant variant;
   Kind kind;

@@ -22,7 +22,7 @@ struct Standard_Of;
 KORVEL_STANDARD_ACTIONS(KORVEL_STANDARD_OF)
 #undef KORVEL_STANDARD_OF
 
-/// Whether the renderer has something else behind the action than the general routine.
+/// Whether the renderer has bound anything but the general routine to the action.
 template <KT_Action action>
 bool is_own(const KT_Renderer_Data& renderer) {
   const KT_Action_Record& record = renderer.actions[action];

@@ -1,3 +1,5 @@
+// Cutting a line into dashes. Positions are lengths along the whole line, so that the pattern goes
+// on over its points; pieces outside the clip are counted but not made.
 #include "stand_in/standard/dashes.h"
 
 #include <algorithm>

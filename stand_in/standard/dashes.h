@@ -12,7 +12,7 @@
 
 namespace stand_in {
 
-/// Lengths of a dash, the gap behind it, the next dash and so on, in units of the line's weight.
+/// Lengths of a dash, the gap after it, the next dash and so on, in units of the line's weight.
 struct Dash_Pattern {
   int count;
   int lengths[6];

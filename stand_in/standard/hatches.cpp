@@ -1,3 +1,4 @@
+// The hatches as formulas over a cell of 16 by 16, from which their bits are made at compile time.
 #include "stand_in/standard/hatches.h"
 
 #include <array>
@@ -8,7 +9,7 @@ namespace {
 
 constexpr int size = 16;
 
-/// Whether a cell is drawn, by column and row from the left bottom one.
+/// Whether a cell is drawn, by column and row from the bottom left one.
 using Is_Drawn = bool (*)(int x, int y);
 
 constexpr int from_centre(int v) {

@@ -1,3 +1,4 @@
+// Places and colours between two vertices of a polyline, in double precision.
 #include "stand_in/standard/line.h"
 
 #include "stand_in/rounding.h"

@@ -1,3 +1,5 @@
+// Convex polygons in device coordinates. One that reaches farther than single precision tells
+// pixels apart is first cut to the clip and a margin around it.
 #include "stand_in/standard/polygon_fill.h"
 
 #include <algorithm>

@@ -78,7 +78,7 @@ KT_Rendition solid_lines(const KT_Rendition& source) {
 }
 
 /// The rendition of the polygons that wide lines become: filled, not drawn as edges; solid unless
-/// the line asks for the face pattern.
+/// the line takes the face pattern.
 KT_Rendition filled_lines(const KT_Rendition& source) {
   KT_Rendition rendition = source;
   KT_Advanced_Options options = source->misc_attributes->advanced_options;

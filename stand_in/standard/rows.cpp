@@ -1,3 +1,5 @@
+// Rows of colours become calls of the image actions, one for each stretch without holes; depth runs
+// on over the holes.
 #include "stand_in/standard/rows.h"
 
 #include <cmath>

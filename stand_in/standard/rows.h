@@ -36,7 +36,7 @@ class Row_Painter {
   Row_Painter(const KT_Renderer_Data& renderer, const KT_Rendition& rendition);
 
   void draw(const Color_Row& row);
-  /// Device coordinates of the buffer's left bottom pixel.
+  /// Device coordinates of the buffer's bottom left pixel.
   KT_Int_XY origin() const { return origin_; }
 
  private:
@@ -46,7 +46,7 @@ class Row_Painter {
   const KT_Renderer_Data& renderer_;
   const KT_Rendition& rendition_;
   bool is_mapped_;
-  bool cuts_out_;  // transparent pixels are holes, as indices cannot say so
+  bool cuts_out_;  // transparent pixels are holes, as an index has no alpha
   KT_Int_XY origin_;
   Indexer indexer_;
   std::vector<std::uint8_t> indices_;

@@ -1,3 +1,5 @@
+// Geometry of wide lines in device coordinates: segments, corners and ends as convex polygons that
+// do not overlap, so that blended lines are even.
 #include "stand_in/standard/stroke.h"
 
 #include <algorithm>

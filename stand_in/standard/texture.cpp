@@ -1,3 +1,5 @@
+// Texels of an image at places from 0 to 1, t upward: the nearest one, or the mean of the nearest
+// four. Outside the image each direction's wrap decides: no texel, the edge, a repeat or a mirror.
 #include "stand_in/standard/texture.h"
 
 #include <algorithm>
@@ -12,7 +14,7 @@ namespace {
 /// Steps of a texel that are lost to rounding on the way along edges and rows.
 constexpr double slack = 1.0 / 65536;
 
-/// Texel numbers beyond this tell nothing any more.
+/// Texel numbers beyond this are no longer exact enough to be of use.
 constexpr double farthest = 1 << 30;
 
 /// Position on one axis in texels, or not a number where there is nothing.
@@ -28,7 +30,7 @@ std::int64_t remainder_of(std::int64_t value, std::int64_t divisor) {
   return rest < 0 ? rest + divisor : rest;
 }
 
-/// The texel that a number stands for.
+/// The texel of a number that may lie outside the image.
 std::int64_t wrapped(std::int64_t number, std::int64_t size, std::uint32_t wrap) {
   switch (wrap) {
     case KT_Texture_Wrap::tile:

@@ -76,7 +76,7 @@ void enter_color(Carried& carried, KT_RGB32 color) {
   carried[Carried::alpha] = color.alpha / 255.0;
 }
 
-/// Texels that take part in blending say so by their alpha.
+/// Texels that are blended are marked by their alpha.
 KT_Rendition row_rendition(const KT_Rendition& source) {
   KT_Rendition rendition = source;
   KT_Advanced_Options options = source->misc_attributes->advanced_options;

@@ -1,3 +1,5 @@
+// Rows of one textured triangle, in double precision: values are worked out at each row's two
+// edges and then run along the row.
 #include "stand_in/standard/textured_triangle.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Counts for tests and hosts; the message appears once a routine.
 #include "stand_in/standard/undrawn.h"
 
 #include <atomic>

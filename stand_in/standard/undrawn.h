@@ -3,7 +3,7 @@
 
 namespace stand_in {
 
-/// Counts a call of `routine` that drew nothing, and says so on standard error the first time.
+/// Counts a call of `routine` that drew nothing, and reports it on standard error the first time.
 /// `routine` must be a literal.
 void report_undrawn(const char* routine);
 

@@ -1,5 +1,5 @@
-// What the programs say and how they end when something is wrong: one line, an exit code, and not a
-// file more than before.
+// Messages and exit codes of the programs when something is wrong: one line, an exit code, and not
+// a file more than before.
 #include <sys/stat.h>
 
 #include <span>

@@ -54,7 +54,7 @@ class Pictures : public Program {
   }
   void SetUp() override {
     write_cube();
-    write_red("ell.obj",  // of one face: the right top quarter is missing
+    write_red("ell.obj",  // of one face: the top right quarter is missing
               "v 0 0 0\nv 2 0 0\nv 2 1 0\nv 1 1 0\nv 1 2 0\nv 0 2 0\nf 1 2 3 4 5 6\n");
     write_red("quad.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
     write_sheets();

@@ -7,7 +7,7 @@ namespace {
 
 using model::Kind;
 
-/// A material that asks for an outline of what has the right count of points.
+/// A material that outlines what has the right count of points.
 class Outlining_Material final : public KT_Material_Object {
  public:
   int modulus = 1, rest = 0;

@@ -1,4 +1,4 @@
-// The command line of a fuzz program: random calls in a row, or one of them told and replayed.
+// The command line of a fuzz program: random calls in a row, or one of them printed and replayed.
 #include <iostream>
 
 #include "tests/differential/setting.h"

@@ -107,7 +107,7 @@ struct Clipper {
     return outline;
   }
 
-  /// All of the rectangle, when its left bottom corner lies in the triangle.
+  /// All of the rectangle, when its bottom left corner lies in the triangle.
   std::vector<Vertex> whole_rectangle() const {
     if (!holds(bounds[0], bounds[3])) return {};
     return {on_plane(bounds[0], bounds[3]), on_plane(bounds[0], bounds[1]),

@@ -1,4 +1,4 @@
-// Reference model of the polyline actions: the way of a call, the pixels that a segment covers,
+// Reference model of the polyline actions: the steps of a call, the pixels that a segment covers,
 // and what is done at each of them.
 #include "tests/differential/model_lines.h"
 

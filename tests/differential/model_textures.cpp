@@ -171,7 +171,7 @@ struct Model {
     return v;
   }
 
-  /// Asks for the light of each vertex, diffuse light first.
+  /// Computes the light of each vertex, diffuse light first.
   void light(std::array<Vertex, 3>& vertices) {
     const auto ask = [&](KT_RGB32 color, const Light& specular_color, const Vertex& v) {
       events.push_back(light_line(color, specular_color, v.vector));

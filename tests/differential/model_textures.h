@@ -25,7 +25,7 @@ struct Textured_Call {
   int parameter_width = 1;
   const float* extra_floats = nullptr;
   const KT_Vector* vectors = nullptr;
-  bool cut_out = false;  ///< a mapped renderer that was asked for alpha blending
+  bool cut_out = false;  ///< a mapped renderer with alpha blending on
   Shade shade = nullptr;
   Light specular_color{};  ///< of a new basic material
 };

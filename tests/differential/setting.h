@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// The renderer, its images, and its state as the model knows it.
+/// The renderer, its images, and its state as the model has it.
 struct Setting {
   const Scene& scene;
   KT_Handle<KT_Renderer_Data> renderer;

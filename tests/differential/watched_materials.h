@@ -1,4 +1,4 @@
-// A material and a texture that write down what a module asks of them.
+// A material and a texture that write down the calls of a module.
 #pragma once
 
 #include "tests/differential/model_textures.h"

@@ -24,7 +24,7 @@ std::string quoted(const std::string& word) {
   return "'" + word + "'";
 }
 
-// What the command says on both channels. It must end well.
+// The output of the command on both channels. It must end well.
 std::string output_of(const std::string& command) {
   std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
   if (!pipe) throw std::runtime_error("no pipe");
@@ -131,7 +131,7 @@ TEST_F(Installed, program_finds_its_module) {
 TEST_F(Installed, manuals_tell_of_every_option) {
   const std::string kvdraw = found("kvdraw").string(), kvview = found("kvview").string();
   const std::string own = read(found("kvdraw.1"));
-  // Options that both programs have are told of once.
+  // Options that both programs have are described once.
   for (const auto& [program, manual] :
        {std::pair{kvdraw, own}, std::pair{kvview, own + read(found("kvview.1"))}}) {
     const std::set<std::string> offered = options_in(output_of(program + " --help"));

@@ -1,4 +1,4 @@
-// Polygons, markers, dots and images: what they ask of the action table, and what they allocate.
+// Polygons, markers, dots and images: which actions they call, and what they allocate.
 #include <gtest/gtest.h>
 
 #include "tests/support/recorded_calls.h"

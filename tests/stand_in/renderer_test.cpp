@@ -150,7 +150,7 @@ TEST(Span_Rectangle, IsAClippedStripWithoutDepthOrEdges) {
   EXPECT_TRUE(received.points.empty());
 }
 
-// A renderer that has nothing but the general routines: each comes to an end, and says so.
+// A renderer that has nothing but the general routines: each comes to an end and is reported.
 TEST(Standard_Routines, CountAndNameWhatNoActionDraws) {
   const Renderer renderer(new Plain_Renderer(nullptr));
   renderer->set_standard_actions(true);

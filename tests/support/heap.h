@@ -8,7 +8,7 @@ long allocated();               ///< blocks that the two heaps gave since the st
 long allocated_by_framework();  ///< of these, the framework's
 long live();                    ///< of all, the blocks that have not come back
 
-/// How the framework's heap says no; the language's always throws.
+/// How the framework's heap refuses; the language's always throws.
 enum class Refusal { by_null, by_exception };
 
 /// While it lives, all allocations after the next `granted` ones are refused.

@@ -1,4 +1,4 @@
-// Actions that record what they are called with in place of drawing: what the module asks of its
+// Actions that record what they are called with in place of drawing: what the module calls of its
 // own action table shows there.
 #pragma once
 

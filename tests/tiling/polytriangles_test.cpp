@@ -104,7 +104,7 @@ TEST_F(Strips, AttributesGoOnWithThePointsAndAreCutWithThem) {
   }
 }
 
-// Asked to correct perspective, a view that divides by 1 + x/100 gives each point its divisor.
+// With perspective correction, a view that divides by 1 + x/100 gives each point its divisor.
 TEST_F(Strips, MakeTheFloatsOfPerspective) {
   const auto floats = [&](std::uint32_t options, auto* data) {
     misc().texture_options = options;
