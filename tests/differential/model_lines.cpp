@@ -57,14 +57,15 @@ int row_at_side(const Segment& s, const KT_Int_Rectangle& r, bool right) {
   return from_below ? std::min(r.top, s.p.y + sy * rows) : std::max(r.bottom, s.p.y + sy * rows);
 }
 
-/// The pixels of a segment in order, its far end left out. With codes of its ends: those inside
-/// the clip.
-std::vector<Step> steps_of(const Segment& s, int c0 = 0, int c1 = 0,
-                           const KT_Int_Rectangle& r = {}) {
+/// The pixels of a segment in order, its far end left out. With a clip and codes
+/// of its ends: those inside the clip.
+std::vector<Step> steps_of(const Segment& s, const KT_Int_Rectangle* clip = nullptr, int c0 = 0,
+                           int c1 = 0) {
   std::vector<Step> steps;
   const int dx = s.dx(), dy = s.dy(), adx = std::abs(dx), ady = std::abs(dy);
   const int sx = (dx > 0) - (dx < 0), sy = (dy > 0) - (dy < 0);
-  const bool clipped = (c0 | c1) != 0;
+  const bool clipped = clip != nullptr;  // also where both ends lie inside
+  const KT_Int_Rectangle r = clipped ? *clip : KT_Int_Rectangle{};
   const auto put = [&](int x, int y) {
     steps.push_back({x, y, adx > ady ? std::abs(x - s.p.x) : std::abs(y - s.p.y)});
   };
@@ -283,7 +284,7 @@ struct Drawer {
           if (!gouraud && !line.colors.empty()) part.colors = {c};
           draw_run(part);
         } else if ((c0 & c1) == 0) {
-          draw_steps(clipped_routine(v, line.kind, masks), s, steps_of(s, c0, c1, hard));
+          draw_steps(clipped_routine(v, line.kind, masks), s, steps_of(s, &hard, c0, c1));
         }
         continue;
       }
