@@ -11,7 +11,7 @@ namespace {
 using enum Variant;
 using enum Entry_Step;
 
-// A symbol goes out even without points.
+// A symbol goes to the general routine even without points.
 constexpr auto entry_steps =
     rule_table<Members<Variant>>(
         Entry_Steps{standard_marker, no_points},

@@ -135,9 +135,10 @@ struct Direct_Factors {
   }
 };
 
-/// Direct colour with vertex colours: red, green and blue, with `Channel_Count` of 4 alpha too.
+/// Whether a modulation has alpha beside red, green and blue.
 enum class Modulation_Alpha : std::uint8_t { none, carried };
 
+/// Direct colour with vertex colours.
 template <class Channel, Modulation_Alpha alpha>
 struct Direct_Modulation {
   static constexpr bool has_alpha = alpha == Modulation_Alpha::carried;
