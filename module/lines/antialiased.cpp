@@ -1,4 +1,4 @@
-// Antialiased lines: paths along the major axis, with a 32.32 position on the minor one.
+// Antialiased lines: traces along the major axis, with a 32.32 position on the minor one.
 #include "module/lines/antialiased.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ constexpr std::int64_t scaled(std::int64_t a, std::int64_t b, std::int64_t c) {
 enum class Axis : std::uint8_t { x, y };
 
 /// Steps along the major axis.
-struct Path {
+struct Trace {
   Axis major_axis;
   std::int32_t major;
   std::int32_t sign;
@@ -45,8 +45,8 @@ struct Path {
   }
 };
 
-Path path_along(Axis axis, std::int32_t major0, std::int32_t major1, std::int32_t minor0,
-                std::int32_t minor1) {
+Trace trace_along(Axis axis, std::int32_t major0, std::int32_t major1, std::int32_t minor0,
+                  std::int32_t minor1) {
   const std::int64_t length = std::int64_t{major1} - major0;
   const std::int64_t count = std::abs(length);
   const Wide difference = wide(std::int64_t{minor1} - minor0) << 32;
@@ -58,13 +58,13 @@ Path path_along(Axis axis, std::int32_t major0, std::int32_t major1, std::int32_
           count == 0 ? 0 : wide(as_signed(difference) / count)};
 }
 
-/// The path from a point up to, not including, another. Diagonals and single points count as
+/// The trace from a point up to, not including, another. Diagonals and single points count as
 /// lines along x.
-Path path_between(const KT_DCI_Point& from, const KT_DCI_Point& to) {
+Trace trace_between(const KT_DCI_Point& from, const KT_DCI_Point& to) {
   const std::int64_t dx = std::int64_t{to.x} - from.x;
   const std::int64_t dy = std::int64_t{to.y} - from.y;
-  if (std::abs(dy) > std::abs(dx)) return path_along(Axis::y, from.y, to.y, from.x, to.x);
-  return path_along(Axis::x, from.x, to.x, from.y, to.y);
+  if (std::abs(dy) > std::abs(dx)) return trace_along(Axis::y, from.y, to.y, from.x, to.x);
+  return trace_along(Axis::x, from.x, to.x, from.y, to.y);
 }
 
 /// Columns or rows, both ends included.
@@ -126,17 +126,17 @@ struct Mask {
 };
 
 /// Leaves out the steps before and after the image.
-void trim(Path& path, const Target& target) {
-  const Range image = target.image(path.major_axis);
-  const bool forwards = path.sign > 0;
-  const std::int64_t before = forwards ? image.first - path.major : path.major - image.last;
-  if (before >= path.count) {
-    path.count = 0;
+void trim(Trace& trace, const Target& target) {
+  const Range image = target.image(trace.major_axis);
+  const bool forwards = trace.sign > 0;
+  const std::int64_t before = forwards ? image.first - trace.major : trace.major - image.last;
+  if (before >= trace.count) {
+    trace.count = 0;
     return;
   }
-  if (before > 0) path.skip(before);
-  const std::int64_t left = forwards ? image.last - path.major + 1 : path.major - image.first + 1;
-  path.count = std::min(path.count, left);
+  if (before > 0) trace.skip(before);
+  const std::int64_t left = forwards ? image.last - trace.major + 1 : trace.major - image.first + 1;
+  trace.count = std::min(trace.count, left);
 }
 
 /// The weights of a line at `position` whose nearest pixel is `nearest`.
@@ -150,20 +150,20 @@ Weights weights_at(Wide position, std::int32_t nearest) {
 }
 
 template <class Coverage, class Masks, class Weighting>
-void walk(const Target& target, const Masks& mask, const Path& path, const Coverage& coverage,
-          Weighting weighting) {
-  const Axis minor_axis = path.major_axis == Axis::x ? Axis::y : Axis::x;
-  const std::ptrdiff_t major_stride = target.stride(path.major_axis);
+void step_along(const Target& target, const Masks& mask, const Trace& trace,
+                const Coverage& coverage, Weighting weighting) {
+  const Axis minor_axis = trace.major_axis == Axis::x ? Axis::y : Axis::x;
+  const std::ptrdiff_t major_stride = target.stride(trace.major_axis);
   const std::ptrdiff_t minor_stride = target.stride(minor_axis);
   const Step_Ranges ranges(target.clip(minor_axis), target.image(minor_axis));
-  std::int32_t major = path.major;
-  Wide position = path.position;
-  const Wide step = path.step;
-  for (std::int64_t n = path.count; n > 0; --n) {
+  std::int32_t major = trace.major;
+  Wide position = trace.position;
+  const Wide step = trace.step;
+  for (std::int64_t n = trace.count; n > 0; --n) {
     const auto nearest = static_cast<std::int32_t>(as_signed(position + 0x80000000u) >> 32);
     const std::ptrdiff_t at = major * major_stride + nearest * minor_stride;
     const auto put = [&](const Range& range, std::int32_t beside, std::uint32_t weight) {
-      if (!range.has(nearest) || mask.hidden(path.major_axis, major, nearest + beside)) return;
+      if (!range.has(nearest) || mask.hidden(trace.major_axis, major, nearest + beside)) return;
       std::uint32_t& pixel = target.at(at + beside * minor_stride);
       pixel = coverage(pixel, weight);
     };
@@ -172,26 +172,26 @@ void walk(const Target& target, const Masks& mask, const Path& path, const Cover
     put(ranges.middle, 0, weights.nearest);
     put(ranges.after, 1, weights.after);
     position += step;
-    major += path.sign;
+    major += trace.sign;
   }
 }
 
 template <class Masks>
-void draw_path(const Target& target, const Masks& mask, Path path, KT_RGB32 color) {
-  trim(path, target);
+void draw_trace(const Target& target, const Masks& mask, Trace trace, KT_RGB32 color) {
+  trim(trace, target);
   // Horizontal, vertical and diagonal lines have no fraction: their weights are known.
-  const bool exact = (path.step & 0xFFFFFFFFu) == 0;
-  const auto walk_with = [&](const auto& coverage) {
+  const bool exact = (trace.step & 0xFFFFFFFFu) == 0;
+  const auto step_with = [&](const auto& coverage) {
     if (exact) {
-      walk(target, mask, path, coverage, [](Wide, std::int32_t) { return exact_weights; });
+      step_along(target, mask, trace, coverage, [](Wide, std::int32_t) { return exact_weights; });
     } else {
-      walk(target, mask, path, coverage, weights_at);
+      step_along(target, mask, trace, coverage, weights_at);
     }
   };
   if (color.alpha == 255) {
-    walk_with(Opaque_Coverage{color.word()});
+    step_with(Opaque_Coverage{color.word()});
   } else {
-    walk_with(Alpha_Coverage(color.word()));
+    step_with(Alpha_Coverage(color.word()));
   }
 }
 
@@ -201,9 +201,9 @@ enum class Last_Point : std::uint8_t { left_out, drawn };
 template <class Masks>
 void draw_run(const Target& target, const Masks& mask, const Strip_Call& run, Last_Point last) {
   for (int i = 0; i + 1 < run.count; ++i) {
-    Path path = path_between(run.points[i], run.points[i + 1]);
-    if (last == Last_Point::drawn && i + 2 == run.count) ++path.count;
-    draw_path(target, mask, path, segment_color(run, i));
+    Trace trace = trace_between(run.points[i], run.points[i + 1]);
+    if (last == Last_Point::drawn && i + 2 == run.count) ++trace.count;
+    draw_trace(target, mask, trace, segment_color(run, i));
   }
 }
 
@@ -217,31 +217,31 @@ class Cut_Segment {
         dx_(std::int64_t{points[1].x} - points[0].x),
         dy_(std::int64_t{points[1].y} - points[0].y) {}
 
-  /// The path of what is inside; without steps when nothing is.
-  Path path(unsigned code0, unsigned code1) {
+  /// The trace of what is inside; without steps when nothing is.
+  Trace trace(unsigned code0, unsigned code1) {
     const unsigned codes[2] = {code0, code1};
-    if (dx_ == 0 || dy_ == 0) return straight_path(codes);
-    Path path = path_between(ends_[0], ends_[1]);
+    if (dx_ == 0 || dy_ == 0) return straight_trace(codes);
+    Trace trace = trace_between(ends_[0], ends_[1]);
     for (int i = 0; i < 2; ++i) {
       move_to_side(ends_[i], codes[i]);
       if (!move_to_row(ends_[i])) {
-        path.count = 0;
-        return path;
+        trace.count = 0;
+        return trace;
       }
     }
     const auto along = [&](const KT_DCI_Point& p) {
-      return std::int64_t{path.major_axis == Axis::x ? p.x : p.y};
+      return std::int64_t{trace.major_axis == Axis::x ? p.x : p.y};
     };
     const std::int64_t length = std::abs(along(ends_[1]) - along(ends_[0]));
-    path.skip(std::abs(along(ends_[0]) - path.major));
-    path.count = length;
+    trace.skip(std::abs(along(ends_[0]) - trace.major));
+    trace.count = length;
     visible_ = true;
-    return path;
+    return trace;
   }
   bool visible() const { return visible_; }
 
  private:
-  Path straight_path(const unsigned (&codes)[2]) {
+  Trace straight_trace(const unsigned (&codes)[2]) {
     const auto limit = [](std::int32_t& value, unsigned code, unsigned low_bit, std::int32_t low,
                           unsigned high_bit, std::int32_t high) {
       if (code & low_bit) value = low;
@@ -255,8 +255,8 @@ class Cut_Segment {
         limit(ends_[i].x, codes[i], beyond_left, clip_.left, beyond_right, clip_.right);
       }
     }
-    if (dx_ == 0) return path_along(Axis::y, ends_[0].y, ends_[1].y, start_.x, start_.x);
-    return path_along(Axis::x, ends_[0].x, ends_[1].x, start_.y, start_.y);
+    if (dx_ == 0) return trace_along(Axis::y, ends_[0].y, ends_[1].y, start_.x, start_.x);
+    return trace_along(Axis::x, ends_[0].x, ends_[1].x, start_.y, start_.y);
   }
 
   void move_to_side(KT_DCI_Point& end, unsigned code) const {
@@ -298,9 +298,9 @@ void draw_polyline(const Strip_Call& line, const Masks& mask) {
   };
   unsigned code = first_outcode(clip, line.points[0]);
   if (line.count == 1) {
-    Path point = path_between(line.points[0], line.points[0]);
+    Trace point = trace_between(line.points[0], line.points[0]);
     point.count = 1;
-    if (code == 0) draw_path(target, mask, point, color);
+    if (code == 0) draw_trace(target, mask, point, color);
     return;
   }
   int start = 0;  // of the run gathered so far, which ends at the point before
@@ -311,9 +311,9 @@ void draw_polyline(const Strip_Call& line, const Masks& mask) {
       if ((code & next) == 0) {
         if (i - start > 1) draw_run(target, mask, part(start, i - start), Last_Point::left_out);
         Cut_Segment cut(clip, segment);
-        Path path = cut.path(code, next);
-        if (next != 0 || i + 1 == line.count) ++path.count;
-        if (cut.visible()) draw_path(target, mask, path, color);
+        Trace trace = cut.trace(code, next);
+        if (next != 0 || i + 1 == line.count) ++trace.count;
+        if (cut.visible()) draw_trace(target, mask, trace, color);
       }
       start = i;
     }

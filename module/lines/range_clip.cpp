@@ -27,7 +27,7 @@ struct Differences {
 };
 
 /// Where the segment is cut: a share of its length, and the side that cuts it.
-struct Cut {
+struct Range_Cut {
   double t;
   Side side = Side::none;
 };
@@ -43,7 +43,7 @@ void cut_by_axis(std::int32_t value, std::int32_t start, double difference, Side
                  Take take) {
   const auto cut = [&](std::int32_t limit, Side side) {
     const float distance = static_cast<float>(limit) - static_cast<float>(start);
-    take(Cut{static_cast<double>(distance) / difference, side});
+    take(Range_Cut{static_cast<double>(distance) / difference, side});
   };
   if (value < lowest) {
     cut(lowest, low);
@@ -60,12 +60,12 @@ void cut_by_point(const KT_DCI_Point& end, const KT_DCI_Point& start, const Diff
 }
 
 /// The part of the segment inside; false when there is none.
-bool find_cuts(const KT_DCI_Point* p, const Differences& d, Cut& from, Cut& to) {
-  cut_by_point(p[0], p[0], d, [&](const Cut& cut) {
+bool find_cuts(const KT_DCI_Point* p, const Differences& d, Range_Cut& from, Range_Cut& to) {
+  cut_by_point(p[0], p[0], d, [&](const Range_Cut& cut) {
     if (cut.t > from.t) from = cut;
   });
   if (from.t > 1) return false;
-  cut_by_point(p[1], p[0], d, [&](const Cut& cut) {
+  cut_by_point(p[1], p[0], d, [&](const Range_Cut& cut) {
     if (to.t > cut.t) to = cut;
   });
   return !(from.t > to.t);
@@ -78,7 +78,8 @@ std::int32_t moved(std::int32_t start, double product) {
       start + static_cast<std::int64_t>(rounded_product), lowest, highest));
 }
 
-KT_DCI_Point point_at(const Cut& cut, const KT_DCI_Point& start, const Differences& d, End_Z z) {
+KT_DCI_Point point_at(const Range_Cut& cut, const KT_DCI_Point& start, const Differences& d,
+                      End_Z z) {
   KT_DCI_Point point;
   switch (cut.side) {
     case Side::left:
@@ -94,7 +95,7 @@ KT_DCI_Point point_at(const Cut& cut, const KT_DCI_Point& start, const Differenc
   return point;
 }
 
-KT_RGB32 color_at(const Cut& cut, const KT_RGB32* colors, KT_RGB32 end) {
+KT_RGB32 color_at(const Range_Cut& cut, const KT_RGB32* colors, KT_RGB32 end) {
   const auto channel = [&](std::uint8_t KT_RGB32::*which) {
     const int from = colors[0].*which;
     const int to = colors[1].*which;
@@ -105,7 +106,7 @@ KT_RGB32 color_at(const Cut& cut, const KT_RGB32* colors, KT_RGB32 end) {
 
 bool clip(const KT_DCI_Point* points, KT_DCI_Point* result, const KT_RGB32* colors,
           KT_RGB32* result_colors, End_Z z) {
-  Cut cuts[2] = {{0}, {1}};
+  Range_Cut cuts[2] = {{0}, {1}};
   const Differences d(points);
   if (!in_range(points[0]) || !in_range(points[1])) {
     if (!find_cuts(points, d, cuts[0], cuts[1])) return false;

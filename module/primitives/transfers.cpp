@@ -72,7 +72,7 @@ void get_into_kept(const KT_Shared_Image& frame, const Transfer_Area& area, KT_S
     const std::int64_t room =
         std::min<std::int64_t>(std::int64_t{frame->height - index} * frame->row_bytes,
                                std::int64_t{image->height - index} * image->row_bytes) -
-        std::int64_t{x} * 4;
+        std::int64_t{x} * direct_pixel_bytes;
     const std::int64_t count = std::min(bytes, room);
     if (count < 1) continue;
     const std::int64_t offset = std::int64_t{x} * direct_pixel_bytes;

@@ -16,7 +16,7 @@ namespace {
 using Side = unsigned;
 constexpr Side not_cut = 0;
 
-// The gradients of attributes and the values between two vertices are single precision, whatever
+// The gradients of what is carried and the values between two vertices are single precision, whatever
 // the compiler might keep in doubles.
 float to_single(double value) {
   volatile float single = static_cast<float>(value);
@@ -66,7 +66,7 @@ void put_parameters_between(Working_Vertex& to, const Working_Vertex& a, const W
   to.w = to_single(between(a.w, b.w, t));
 }
 
-struct Attributes {
+struct Carried {
   bool colors;
   bool parameters;
   bool perspective;
@@ -81,8 +81,7 @@ struct Clipped_Edge {
 
 class Edge_Clipper {
  public:
-  Edge_Clipper(const Bounds& bounds, const Attributes& attributes)
-      : bounds_(bounds), attributes_(attributes) {}
+  Edge_Clipper(const Bounds& bounds, const Carried& carried) : bounds_(bounds), carried_(carried) {}
 
   // Returns false when the edge is not visible. An edge that is entered close to its end is cut
   // again from there, since the cut is the more exact the nearer its start.
@@ -158,10 +157,9 @@ class Edge_Clipper {
     Working_Vertex made = t == 0.0 ? a : b;
     if (code != not_cut) put_on_side(made, a, b, t, code);
     made.z = a.z + (b.z - a.z) * t;
-    if (attributes_.colors) made.color = color_between(a.color, b.color, t);
-    if (attributes_.parameters) {
-      put_parameters_between(made, a, b,
-                             attributes_.perspective ? perspective_share(t, a.w, b.w) : t);
+    if (carried_.colors) made.color = color_between(a.color, b.color, t);
+    if (carried_.parameters) {
+      put_parameters_between(made, a, b, carried_.perspective ? perspective_share(t, a.w, b.w) : t);
     }
     return made;
   }
@@ -178,7 +176,7 @@ class Edge_Clipper {
   }
 
   const Bounds& bounds_;
-  const Attributes& attributes_;
+  const Carried& carried_;
 };
 
 // Change of an attribute along x and y over the plane of the triangle.
@@ -192,21 +190,21 @@ struct Gradient {
 // The triangle as a plane: differences of its corners, gradients, values at any point.
 class Plane {
  public:
-  Plane(const std::array<Working_Vertex, 3>& corners, const Attributes& attributes)
+  Plane(const std::array<Working_Vertex, 3>& corners, const Carried& carried)
       : p_(corners),
         a_(p_[1].x - p_[0].x),
         b_(p_[2].y - p_[0].y),
         c_(p_[1].y - p_[0].y),
         d_(p_[2].x - p_[0].x),
-        attributes_(attributes),
+        carried_(carried),
         z_(gradient([](const Working_Vertex& v) { return v.z; })) {
-    if (attributes.colors) {
+    if (carried.colors) {
       for (int i = 0; i < 4; ++i) {
         color_[static_cast<std::size_t>(i)] =
             single_gradient([i](const Working_Vertex& v) { return channel(v.color, i); });
       }
     }
-    if (attributes.parameters) {
+    if (carried.parameters) {
       for (std::size_t i = 0; i < 3; ++i) {
         parameter_[i] = single_gradient(
             [i](const Working_Vertex& v) { return static_cast<double>(v.parameter[i]); });
@@ -241,14 +239,14 @@ class Plane {
     const double px = x - p_[0].x;
     const double py = y - p_[0].y;
     Working_Vertex made{x, y, z_.at(p_[0].z, px, py), {}, {}, 0};
-    if (attributes_.colors) {
+    if (carried_.colors) {
       const auto value = [&](int i) {
         const auto& gradient = color_[static_cast<std::size_t>(i)];
         return truncated_byte(gradient.at(channel(p_[0].color, i), px, py));
       };
       made.color = {value(0), value(1), value(2), value(3)};
     }
-    if (attributes_.parameters) evaluate_parameters(made, px, py);
+    if (carried_.parameters) evaluate_parameters(made, px, py);
     return made;
   }
 
@@ -280,7 +278,7 @@ class Plane {
 
   // With perspective: along the row through the point, between the two edges that it crosses.
   void evaluate_parameters(Working_Vertex& to, double px, double py) const {
-    if (attributes_.perspective && evaluate_along_row(to)) return;
+    if (carried_.perspective && evaluate_along_row(to)) return;
     for (std::size_t i = 0; i < 3; ++i) {
       to.parameter[i] = to_single(parameter_[i].at(p_[0].parameter[i], px, py));
     }
@@ -310,7 +308,7 @@ class Plane {
   const std::array<Working_Vertex, 3>& p_;
   // Differences from corner 0: of x and y to corner 1 (a, c) and to corner 2 (d, b).
   double a_, b_, c_, d_;
-  Attributes attributes_;
+  Carried carried_;
   Gradient z_;
   std::array<Gradient, 4> color_{};
   std::array<Gradient, 3> parameter_{};
@@ -432,20 +430,20 @@ int strip_place(int i, int count) {
 }  // namespace
 
 Clipped_Strip clipped(const Clip_Triangle& triangle, const KT_Int_Rectangle& rectangle) {
-  const Attributes attributes{triangle.colors != nullptr, triangle.parameters != nullptr,
-                              triangle.parameter_path == Parameter_Path::in_space};
+  const Carried carried{triangle.colors != nullptr, triangle.parameters != nullptr,
+                        triangle.parameter_path == Parameter_Path::in_space};
   const Bounds bounds(rectangle);
   std::array<Working_Vertex, 3> corners;
   for (std::size_t i = 0; i < 3; ++i) corners[i] = working_vertex(triangle, i);
 
-  const Plane plane(corners, attributes);
+  const Plane plane(corners, carried);
   Polygon polygon(bounds, plane);
   bool as_strip = false;  // whether the vertices already stand in strip order
   if (inside(corners[0], bounds) && inside(corners[1], bounds) && inside(corners[2], bounds)) {
     for (const Working_Vertex& corner : corners) polygon.append(corner);
     as_strip = true;
   } else {
-    assemble(corners, Edge_Clipper(bounds, attributes), polygon);
+    assemble(corners, Edge_Clipper(bounds, carried), polygon);
     if (polygon.count() == 0 && plane.contains(bounds.left, bounds.bottom)) {
       polygon.append_rectangle();
       as_strip = true;

@@ -145,13 +145,13 @@ struct Direct_Modulation {
   using Values = std::conditional_t<has_alpha, Interpolants<Channel, Channel, Channel, Channel>,
                                     Interpolants<Channel, Channel, Channel>>;
 
-  struct Color_Running {
+  struct Color_Cursor {
     Quad_Line red, green, blue;
 
     Direct_Factors at(std::int32_t i) const { return {red.at(i), green.at(i), blue.at(i), Quad{}}; }
   };
-  struct Alpha_Running {
-    Color_Running color;
+  struct Alpha_Cursor {
+    Color_Cursor color;
     Quad_Line opacity;
 
     Direct_Factors at(std::int32_t i) const {
@@ -160,14 +160,14 @@ struct Direct_Modulation {
       return factors;
     }
   };
-  using Cursor = std::conditional_t<has_alpha, Alpha_Running, Color_Running>;
+  using Cursor = std::conditional_t<has_alpha, Alpha_Cursor, Color_Cursor>;
 
   template <class Edge>
   Cursor begin(const Span_Start& start, const Edge& left, const Edge& right) const {
     const auto channel = [&](std::size_t i) {
       return between_edges(start, left[first_channel + i], right[first_channel + i]);
     };
-    const Color_Running color{channel(0), channel(1), channel(2)};
+    const Color_Cursor color{channel(0), channel(1), channel(2)};
     if constexpr (has_alpha) {
       return {color, channel(3)};
     } else {

@@ -76,19 +76,19 @@ struct Texel_Cursor {
   Quad_Line v;
   typename Modulation::Cursor modulation;
 
-  /// Draws the pixels where `walk` has stopped.
+  /// Draws the pixels where `tested` has stopped.
   template <class Access>
-  void draw(Access access, Depth_Cursor& walk) const {
-    const Quad us = u.at(walk.at());
-    const Quad vs = v.at(walk.at());
-    Pixel* const pixels = to + walk.at();
-    const Quad pass = walk.pass() & texture.contains(us, vs);
+  void draw(Access access, Depth_Cursor& tested) const {
+    const Quad us = u.at(tested.at());
+    const Quad vs = v.at(tested.at());
+    Pixel* const pixels = to + tested.at();
+    const Quad pass = tested.pass() & texture.contains(us, vs);
     const Quad old = access.load(pixels);
     const Made<Quad> made =
-        blend.make(texture.texel(us, vs), modulation.at(walk.at()), old, pixels);
+        blend.make(texture.texel(us, vs), modulation.at(tested.at()), old, pixels);
     Quad colored = pass;
     if constexpr (transparent != Transparent::ordinary) colored &= ~is_zero(made.alpha);
-    walk.store(access, transparent == Transparent::dropped ? colored : pass);
+    tested.store(access, transparent == Transparent::dropped ? colored : pass);
     access.store(pixels, select(colored, made.color, old));
   }
 };
@@ -149,21 +149,21 @@ class Span {
       latest_depth_ = z.value + as_word(run.count - 1) * z.step;
     }
     // All but depth is set up where the first pixel passes: in crowded scenes few spans get there.
-    Depth_Cursor walk(frame_.depth(y, run.x), z, run.count);
-    if (!walk.find()) return;
-    const Texel_Cursor<transparent, Modulation, Blend> pen{
+    Depth_Cursor tested(frame_.depth(y, run.x), z, run.count);
+    if (!tested.find()) return;
+    const Texel_Cursor<transparent, Modulation, Blend> texels{
         paint_.texture,
         paint_.blend.row(y),
         frame_.color<Pixel>(y, run.x),
         coordinate(start, left[at_u], right[at_u]),
         coordinate(start, left[at_v], right[at_v]),
         paint_.modulation.begin(start, left, right)};
-    while (walk.left() >= quad_size) {
-      pen.draw(Whole_Quad{}, walk);
-      walk.advance();
-      if (!walk.find()) return;
+    while (tested.left() >= quad_size) {
+      texels.draw(Whole_Quad{}, tested);
+      tested.advance();
+      if (!tested.find()) return;
     }
-    pen.draw(Part_Of_Quad{walk.left()}, walk);
+    texels.draw(Part_Of_Quad{tested.left()}, tested);
   }
 
   template <class Edge_Type>

@@ -23,10 +23,10 @@ namespace scan_detail {
 
 template <Scan_Member scan, Filling filling, class Bits, class Draw>
 void with_filling(const Call& call, const Bits& bits, Draw draw) {
-  using Line = Pipeline<Member{scan.variant, scan.kind, scan.path, scan.masking, filling}>;
+  using Rules = Pipeline<Member{scan.variant, scan.kind, scan.path, scan.masking, filling}>;
   const auto with_bits = [&](const auto& drawn) {
-    with_depth_test<scan.variant, Line::depth>(call.renderer, [&](auto test) {
-      draw(Drawer<Line, std::decay_t<decltype(drawn)>, decltype(test)>(call, drawn));
+    with_depth_test<scan.variant, Rules::depth>(call.renderer, [&](auto test) {
+      draw(Drawer<Rules, std::decay_t<decltype(drawn)>, decltype(test)>(call, drawn));
     });
   };
   if constexpr (scan.masking == Masking::masked) {
