@@ -13,7 +13,6 @@ namespace {
 
 /// Checks codes and verdict of one list in both kinds of points.
 void check_list(const KT_Int_Rectangle& r, const std::vector<KT_DCI_Point>& points) {
-  constexpr short guard = 12345;
   const int count = static_cast<int>(points.size());
   std::vector<KT_Point_D> doubles;
   std::vector<short> expected;
@@ -26,8 +25,8 @@ void check_list(const KT_Int_Rectangle& r, const std::vector<KT_DCI_Point>& poin
     expected.push_back(static_cast<short>(code));
     doubles.push_back({static_cast<double>(p.x), static_cast<double>(p.y), 0});
   }
-  expected.push_back(guard);
-  std::vector<short> codes(expected.size(), guard), double_codes = codes;
+  expected.push_back(12345);  // a guard
+  std::vector<short> codes(expected.size(), 12345), double_codes = codes;
   const int result = KD_Clip(r, count, points.data(), codes.data());
   EXPECT_EQ(KD_Clip(r, count, doubles.data(), double_codes.data()), result);
   EXPECT_EQ(codes, expected);

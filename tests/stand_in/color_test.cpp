@@ -9,8 +9,6 @@
 
 namespace {
 
-using support::Random;
-
 int nearest_by_trial(const KT_Palette_Data& palette, const KT_RGB32& color) {
   int best = 0, least = INT32_MAX;
   for (int n = 0; n < palette.entry_count; ++n) {
@@ -26,7 +24,7 @@ int nearest_by_trial(const KT_Palette_Data& palette, const KT_RGB32& color) {
 // More colours than can be remembered, some asked for again, and few enough different ones in a
 // second round that nearly all are remembered.
 TEST(Palette, FindsTheNearestEntryRememberedOrNot) {
-  Random random(1);
+  support::Random random(1);
   for (int count : {1, 2, 17, 256}) {
     std::vector<KT_RGB32> colors;
     for (int n = 0; n < count; ++n) colors.push_back(random.color());
@@ -35,10 +33,9 @@ TEST(Palette, FindsTheNearestEntryRememberedOrNot) {
 
     std::vector<KT_RGB32> asked = {{0, 0, 0, 0}, {1, 0, 0, 255}, colors.front()};
     for (int n = 0; n < 6000; ++n) {
-      asked.push_back(n % 3 == 0 ? asked[random.word() % asked.size()] : random.color());
-    }
-    for (const KT_RGB32& color : asked) {
+      const KT_RGB32 color = n % 3 == 0 ? asked[random.word() % asked.size()] : random.color();
       ASSERT_EQ(palette.closest_match(color, false), nearest_by_trial(*palette, color));
+      asked.push_back(color);
     }
   }
 }
@@ -58,10 +55,6 @@ TEST(Palette, ForgetsAnswersWhenItChanges) {
   EXPECT_EQ(palette.closest_match(asked, false), 0);
 }
 
-int cube_coordinate(int channel, int scale, int threshold) {
-  return ((channel * scale << 8) + threshold) >> 16;
-}
-
 // With any threshold, and with the rounding term that some routines put in. Averaged over the
 // tile, a dithered colour is the colour.
 TEST(Color_Cube, DitheredCoordinatesStayInTheCubeAndKeepTheMean) {
@@ -70,28 +63,13 @@ TEST(Color_Cube, DitheredCoordinatesStayInTheCubeAndKeepTheMean) {
     for (int channel = 0; channel < 256; ++channel) {
       double sum = 0;
       for (const int threshold : SHARED.dither_table) {
-        const int coordinate = cube_coordinate(channel, cube.red_scale, threshold + 128);
-        ASSERT_TRUE(coordinate >= 0 && coordinate < size);
-        sum += cube_coordinate(channel, cube.red_scale, threshold);
+        const int place = (channel * cube.red_scale << 8) + threshold;
+        ASSERT_TRUE(place >= 0 && (place + 128) >> 16 < size);
+        sum += place >> 16;
       }
       const double expected = channel * (size - 1) / 255.0;
       EXPECT_NEAR(sum / 64, expected, channel % 255 == 0 ? 0 : 0.04) << channel;
     }
-  }
-}
-
-TEST(Color_Cube, IndexesThePaletteItIsPartOf) {
-  const KT_Palette palette = KD_Cube_Palette();
-  const KT_Color_Cube& cube = *palette->color_cube;
-  ASSERT_EQ(palette->entry_count, 256);
-  for (int n = 0; n < 216; ++n) {
-    const int red = n / 36, green = n / 6 % 6, blue = n % 6;
-    const int index = cube.base_index + red * cube.red_stride + green * cube.green_stride +
-                      blue * cube.blue_stride;
-    const KT_RGB32& color = palette->entries[index].color;
-    EXPECT_EQ(cube_coordinate(color.red, cube.red_scale, 32768), red);
-    EXPECT_EQ(cube_coordinate(color.green, cube.green_scale, 32768), green);
-    EXPECT_EQ(cube_coordinate(color.blue, cube.blue_scale, 32768), blue);
   }
 }
 

@@ -50,22 +50,17 @@ struct General : Session {
   }
 };
 
-inline int count_of(const Picture& picture) {
-  int count = 0;
-  for (const std::string& row : picture) {
-    count += static_cast<int>(std::count(row.begin(), row.end(), '#'));
-  }
-  return count;
-}
-
 /// All that is drawn is drawn of the other as well, and the other has more.
 inline bool is_part(const Picture& part, const Picture& whole) {
+  bool any = false, more = false;
   for (std::size_t y = 0; y < part.size(); ++y) {
     for (std::size_t x = 0; x < part[y].size(); ++x) {
       if (part[y][x] == '#' && whole[y][x] != '#') return false;
+      any = any || part[y][x] == '#';
+      more = more || part[y][x] != whole[y][x];
     }
   }
-  return count_of(part) > 0 && count_of(part) < count_of(whole);
+  return any && more;
 }
 
 }  // namespace general

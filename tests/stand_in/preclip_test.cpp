@@ -26,35 +26,34 @@ void expect_on_frame_and_segment(const KT_DCI_Point& p, const KT_Point_D& a, con
 TEST(Preclip_Line, EndsLieOnTheFrameAndOnTheSegment) {
   support::Random random(3);
   const auto place = [&] { return random.real(-400, 400); };
-  int heads = 0, ends = 0, misses = 0;
+  int rounds[3] = {};  // by the number of ends that were cut
   for (int round = 0; round < 20000 && !HasFailure(); ++round) {
     const KT_Point_D segment[2] = {{place(), place(), 0}, {place(), place(), 1000}};
     short codes[2];
     if (KD_Clip(frame, 2, segment, codes) != -1) continue;
     KT_DCI_Point results[2] = {};
+    int count = 1;
     if (codes[1] == 0) {
       KD_Preclip_Head(codes[0], frame, segment, results, nullptr, nullptr);
-      expect_on_frame_and_segment(results[0], segment[0], segment[1]);
-      ++heads;
     } else if (codes[0] == 0) {
       KD_Preclip_Tail(codes[1], frame, segment, results, nullptr, nullptr);
-      expect_on_frame_and_segment(results[0], segment[0], segment[1]);
-    } else if (KD_Preclip_Ends(codes, frame, segment, results, nullptr, nullptr)) {
-      for (const KT_DCI_Point& p : results) {
-        expect_on_frame_and_segment(p, segment[0], segment[1]);
-      }
-      EXPECT_LE(results[0].z, results[1].z);
-      ++ends;
     } else {
-      // A miss: nothing of the segment lies within the frame.
-      for (double t = 0; t <= 1; t += 1.0 / 256) {
-        EXPECT_FALSE(lies_in_frame(segment[0].x + (segment[1].x - segment[0].x) * t,
-                                   segment[0].y + (segment[1].y - segment[0].y) * t));
-      }
-      ++misses;
+      count = KD_Preclip_Ends(codes, frame, segment, results, nullptr, nullptr) ? 2 : 0;
+    }
+    ++rounds[count];
+    for (int n = 0; n < count; ++n) {
+      expect_on_frame_and_segment(results[n], segment[0], segment[1]);
+    }
+    if (count == 2) {
+      EXPECT_LE(results[0].z, results[1].z);
+    }
+    // Of a miss nothing lies within the frame.
+    for (double t = 0; count == 0 && t <= 1; t += 1.0 / 256) {
+      EXPECT_FALSE(lies_in_frame(segment[0].x + (segment[1].x - segment[0].x) * t,
+                                 segment[0].y + (segment[1].y - segment[0].y) * t));
     }
   }
-  EXPECT_GT(std::min({heads, ends, misses}), 100);
+  EXPECT_GT(*std::min_element(rounds, rounds + 3), 100);
 }
 
 TEST(Preclip_Line, CutsColoursAndDepthInProportion) {
@@ -95,69 +94,59 @@ struct Cut_Triangle {
 
   explicit Cut_Triangle(const KT_Point_D* corners) {
     KT_RGB32 in_colors[3];
-    KT_Parameter in_parameters[6];
+    KT_Parameter in_parameters[6] = {};
     float in_floats[3];
-    KT_Vector in_vectors[3];
+    KT_Vector in_vectors[3] = {};
     for (int n = 0; n < 3; ++n) {
       const auto x = static_cast<float>(corners[n].x), y = static_cast<float>(corners[n].y);
       const float level = std::abs(x) < 500 ? 128 + x / 4 : 0;
       in_colors[n] = {static_cast<std::uint8_t>(level), 0, 7, 255};
-      in_parameters[2 * n] = {x, y, 1};
-      in_parameters[2 * n + 1] = {y, x, 2};
-      in_floats[n] = x - y;
-      in_vectors[n] = {y, 3, x};
+      in_parameters[2 * n].s = in_floats[n] = x;
+      in_parameters[2 * n + 1].s = in_vectors[n].x = y;
     }
     drawn = KD_Preclip_2D_Triangle(nullptr, KT_Rendition(), frame, corners, &count, points,
                                    in_colors, colors, in_parameters, parameters, 2, in_floats,
                                    floats, in_vectors, vectors);
   }
 
-  /// Twice the area of the strip's triangles. Every other one of a strip turns the other way; in a
-  /// convex strip all are of one sign then, and their signs make no difference.
-  double area(bool with_signs) const {
+  /// Twice the area of the strip's triangles.
+  double area() const {
     double sum = 0;
     for (int n = 0; n + 2 < count; ++n) {
       const KT_DCI_Point &a = points[n], &b = points[n + 1], &c = points[n + 2];
-      const double part = static_cast<double>(b.x - a.x) * (c.y - a.y) -
-                          static_cast<double>(b.y - a.y) * (c.x - a.x);
-      sum += !with_signs ? std::abs(part) : n % 2 == 0 ? part : -part;
+      sum += std::abs(static_cast<double>(b.x - a.x) * (c.y - a.y) -
+                      static_cast<double>(b.y - a.y) * (c.x - a.x));
     }
-    return std::abs(sum);
+    return sum;
   }
 };
 
-TEST(Preclip_Triangle, GivesAConvexStripWithinTheFrameAndItsAttributes) {
+TEST(Preclip_Triangle, GivesAStripWithinTheFrameAndItsAttributes) {
   support::Random random(4);
   const auto place = [&] { return random.real(-300, 300); };
-  int seven_corners = 0;
   for (int round = 0; round < 20000; ++round) {
     const KT_Point_D points[3] = {
         {place(), place(), 0}, {place(), place(), 500}, {place(), place(), 1000}};
     const Cut_Triangle rest(points);
     if (!rest.drawn) continue;
-    if (rest.count == 7) ++seven_corners;
-    ASSERT_LE(rest.count, 7);
-    ASSERT_NEAR(rest.area(true), rest.area(false), 300);  // but for what rounding bends
     for (int n = 0; n < rest.count; ++n) {
       const KT_DCI_Point& p = rest.points[n];
       ASSERT_TRUE(lies_in_frame(p.x, p.y));
       ASSERT_NEAR(rest.parameters[2 * n].s, p.x, 0.51);
       ASSERT_NEAR(rest.parameters[2 * n + 1].s, p.y, 0.51);
-      ASSERT_NEAR(rest.floats[n], p.x - p.y, 1.02);
+      ASSERT_NEAR(rest.floats[n], p.x, 0.51);
       ASSERT_NEAR(rest.vectors[n].x, p.y, 0.51);
       ASSERT_NEAR(rest.colors[n].blue, 128 + p.x / 4, 2);
       ASSERT_EQ(rest.colors[n].red, 7);
     }
   }
-  EXPECT_GT(seven_corners, 0);
 }
 
 TEST(Preclip_Triangle, CoversTheFrameDropsWhatMissesAndRoundsHalvesUpward) {
   const KT_Point_D round_the_frame[3] = {{-1e9, -1e9, 5}, {1e9, -1e9, 5}, {0, 1e9, 5}};
   const Cut_Triangle rest(round_the_frame);
   ASSERT_TRUE(rest.drawn);
-  EXPECT_EQ(rest.area(false), 2.0 * 200 * 110);
-  EXPECT_EQ(rest.points[3].z, 5);
+  EXPECT_EQ(rest.area(), 2.0 * 200 * 110);
 
   // Beyond no single edge, yet outside.
   const KT_Point_D past_a_corner[3] = {{-300, 0, 0}, {0, 300, 0}, {-300, 300, 0}};

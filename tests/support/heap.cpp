@@ -9,7 +9,7 @@
 
 namespace {
 
-long taken = 0, taken_by_framework = 0, returned = 0;
+long taken = 0, returned = 0;
 int still_granted = INT_MAX;
 heap::Refusal refusal = heap::Refusal::by_null;
 
@@ -30,7 +30,6 @@ void give_back(void* block) {
 }  // namespace
 
 void* KD_AllocateMemory(std::size_t size, KorvelHeap*) {
-  ++taken_by_framework;
   return take(size, refusal);
 }
 void KD_ReleaseMemory(void* block) {
@@ -63,9 +62,6 @@ namespace heap {
 
 long allocated() {
   return taken;
-}
-long allocated_by_framework() {
-  return taken_by_framework;
 }
 long live() {
   return taken - returned;

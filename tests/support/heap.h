@@ -4,9 +4,8 @@
 
 namespace heap {
 
-long allocated();               ///< blocks that the two heaps gave since the start
-long allocated_by_framework();  ///< of these, the framework's
-long live();                    ///< of all, the blocks that have not come back
+long allocated();  ///< blocks that the two heaps gave since the start
+long live();       ///< of all, the blocks that have not come back
 
 /// How the framework's heap refuses; the language's always throws.
 enum class Refusal { by_null, by_exception };

@@ -88,8 +88,6 @@ class Session {
 
   /// Makes every pixel untouched: a colour of alpha 77 or index 238, and `depth_value`.
   void clear(std::uint32_t depth_value = 0xFFFF);
-  /// What a pixel of the rendition's colour holds.
-  std::uint32_t own_color() const { return legend().at('#'); }
   /// '#': pixels of the rendition's colour.
   Legend legend() const;
 
