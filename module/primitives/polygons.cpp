@@ -1,5 +1,6 @@
-// A convex polygon is one strip, taken from both ends in turn: p0, p1, p(n-1), p2, p(n-2), p3, ...
-// Anything else goes through the framework's triangulation, with a call for each triangle.
+// A convex polygon of float points is one strip, taken from both ends in turn: p0, p1, p(n-1), p2,
+// p(n-2), p3, ... Anything else goes through the framework's triangulation, with a call for each
+// triangle.
 
 #include "module/primitives/polygons.h"
 

@@ -1,5 +1,5 @@
-// Polygons: cut into triangles and handed to the polytriangle actions of the same kind of
-// coordinates. The routines are the same in every variant.
+// Polygons: cut into triangles and handed to the polytriangle actions, those of whole points with
+// more than three to the float actions. The routines are the same in every variant.
 #pragma once
 
 #include "module/core/software_z_buffer.h"

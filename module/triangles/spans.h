@@ -2,8 +2,8 @@
 //
 // A span is drawn in stretches. A solid span is one stretch of ordinary pixels; pattern and mask
 // give bits for up to 64 pixels at a time, and a stretch that is all ordinary or all hidden is
-// taken at once. The order at a pixel is: depth test, then pixel bits, then colour; what a hidden
-// pixel would have written to depth is left out as well. Values step through every pixel, drawn or
+// taken at once. The order at a pixel is: pixel bits, then depth test, then colour; a hidden pixel
+// writes no depth. Values step through every pixel, drawn or
 // not.
 #pragma once
 
