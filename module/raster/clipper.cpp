@@ -16,8 +16,8 @@ namespace {
 using Side = unsigned;
 constexpr Side not_cut = 0;
 
-// The gradients of what is carried and the values between two vertices are single precision, whatever
-// the compiler might keep in doubles.
+// The gradients of what is carried and the values between two vertices are single precision,
+// whatever the compiler might keep in doubles.
 float to_single(double value) {
   volatile float single = static_cast<float>(value);
   return single;
