@@ -6,6 +6,7 @@
 // call, as a set of bits, and handed down from layer to layer.
 #pragma once
 
+#include <bit>
 #include <initializer_list>
 
 #include "module/core/routine.h"
@@ -52,7 +53,13 @@ struct Entry_Step_Set {
 
   constexpr void add(Entry_Step step) { bits |= bit(step); }
   constexpr bool has(Entry_Step step) const { return (bits & bit(step)) != 0; }
-  constexpr bool meets(Entry_Step_Set other) const { return (bits & other.bits) != 0; }
+  constexpr bool empty() const { return bits == 0; }
+  /// Of a set that is not empty. (A population count would be a function call.)
+  constexpr bool is_single() const { return (bits & (bits - 1)) == 0; }
+  constexpr Entry_Step first() const { return static_cast<Entry_Step>(std::countr_zero(bits)); }
+  friend constexpr Entry_Step_Set operator&(Entry_Step_Set a, Entry_Step_Set b) {
+    return {a.bits & b.bits};
+  }
 
  private:
   static constexpr std::uint32_t bit(Entry_Step step) { return 1u << static_cast<unsigned>(step); }
@@ -138,26 +145,37 @@ constexpr Entry_Step_Set steps_in(const std::array<Entry_Steps, count>& table) {
   return all;
 }
 
-/// Walks the steps of a routine, and draws unless one takes the call.
-template <auto take, auto draw, class Family_Routine, class Family_Call>
+/// Tests the steps of a routine that may hold, in order, and draws unless one takes the call.
+template <class Family, auto draw, class Family_Routine, class Family_Call>
 [[gnu::noinline]] void walk_steps(const Entry_Steps& steps, Family_Routine routine,
                                   Family_Call& call) {
   for (const Entry_Step step : steps.list) {
-    if (step == Entry_Step::none) break;
-    if (call.held.has(step) && take(step, routine, call)) return;
+    if (call.held.has(step) && Family::holds(step, call)) {
+      return Family::take(step, routine, call);
+    }
   }
   draw(routine, call);
 }
 
-/// Enters a routine: one of its steps takes the call, or else `draw(routine, call)` does the
-/// routine's own work. The family's `take(step, routine, call)` does what a step does and returns
-/// whether its test held after all. Mostly none can hold, which costs one comparison.
-template <auto take, auto draw, class Family_Routine, class Family_Call>
-void enter_by(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {
-  if (steps.set.meets(call.held)) [[unlikely]] {
-    return walk_steps<take, draw>(steps, routine, call);
-  }
+/// The same for a single step, which has no order.
+template <class Family, auto draw, class Family_Routine, class Family_Call>
+[[gnu::noinline]] void try_step(Entry_Step step, Family_Routine routine, Family_Call& call) {
+  if (Family::holds(step, call)) return Family::take(step, routine, call);
   draw(routine, call);
+}
+
+/// Enters a routine: one of its steps takes the call, or else `draw(routine, call)` does the
+/// routine's own work. Mostly no step can hold, which costs one comparison.
+///
+///   Family::holds(step, call)          whether a step that may hold does
+///   Family::take(step, routine, call)  does what a step does whose test holds
+template <class Family, auto draw, class Family_Routine, class Family_Call>
+void enter_by(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {
+  const Entry_Step_Set possible = steps.set & call.held;
+  if (possible.empty()) [[likely]]
+    return draw(routine, call);
+  if (possible.is_single()) return try_step<Family, draw>(possible.first(), routine, call);
+  walk_steps<Family, draw>(steps, routine, call);
 }
 
 }  // namespace zbuffer

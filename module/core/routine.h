@@ -54,20 +54,53 @@ constexpr void for_all_kinds(Use use) {
   with_masking.template operator()<Masking::masked>();
 }
 
-/// A routine of strips or polylines.
-struct Routine {
-  Layer layer;
-  Kind kind;
-  Variant variant;
-  Masking masking = Masking::open;
+/// Properties as a member's place in the tables of its family, in one byte. Every layer of a call
+/// looks its entry steps up, which this makes a matter of one instruction.
+template <class... Properties>
+class Place {
+ public:
+  using Places = Members<Properties...>;
 
-  constexpr auto properties() const { return std::tuple(layer, kind, variant, masking); }
+  constexpr explicit Place(Properties... properties)
+      : place_(static_cast<std::uint8_t>(Places::index(properties...))) {
+    static_assert(Places::count <= 256);
+  }
 
-  constexpr Routine at(Layer other) const { return {other, kind, variant, masking}; }
-  constexpr Routine of(Kind other) const { return {layer, other, variant, masking}; }
-  constexpr Routine in(Variant other) const { return {layer, kind, other, masking}; }
-  constexpr Routine masked() const { return {layer, kind, variant, Masking::masked}; }
+  constexpr std::size_t place() const { return place_; }
+  constexpr std::tuple<Properties...> properties() const { return Places::member(place_); }
+
+ protected:
+  template <class Enum>
+  constexpr Enum property() const {
+    return Places::template property<Enum>(place_);
+  }
+  /// `member` but for one property.
+  template <class Member, class Enum>
+  static constexpr Member with(Member member, Enum value) {
+    member.place_ = static_cast<std::uint8_t>(Places::with(member.place_, value));
+    return member;
+  }
+
+ private:
+  std::uint8_t place_;
 };
-using Routines = Members<Layer, Kind, Variant, Masking>;
+
+/// A routine of strips or polylines.
+class Routine : public Place<Layer, Kind, Variant, Masking> {
+ public:
+  constexpr Routine(Layer layer, Kind kind, Variant variant, Masking masking = Masking::open)
+      : Place(layer, kind, variant, masking) {}
+
+  constexpr Layer layer() const { return property<Layer>(); }
+  constexpr Kind kind() const { return property<Kind>(); }
+  constexpr Variant variant() const { return property<Variant>(); }
+  constexpr Masking masking() const { return property<Masking>(); }
+
+  constexpr Routine at(Layer other) const { return with(*this, other); }
+  constexpr Routine of(Kind other) const { return with(*this, other); }
+  constexpr Routine in(Variant other) const { return with(*this, other); }
+  constexpr Routine masked() const { return with(*this, Masking::masked); }
+};
+using Routines = Routine::Places;
 
 }  // namespace zbuffer

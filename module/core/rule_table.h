@@ -10,6 +10,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <tuple>
 #include <type_traits>
@@ -49,7 +50,9 @@ requires(value_count<Enum> > 0) constexpr Any<Enum> operator|(Enum a, Enum b) {
 template <class... Properties>
 class Members {
  public:
-  static constexpr std::size_t count = (value_count<Properties> * ...);
+  /// Places: each property has bits of its own, the last one the lowest. Some are of no member.
+  static constexpr std::size_t count = std::size_t{1}
+                                       << (std::bit_width(value_count<Properties> - 1) + ...);
 
   template <class... Given>
   constexpr Members(Given... given) {
@@ -63,27 +66,42 @@ class Members {
     return (std::get<Any<Properties>>(sets_).meets(std::get<Any<Properties>>(other.sets_)) && ...);
   }
 
-  /// A member's place among all, from 0 to `count` - 1.
+  /// A member's place among all, below `count`.
   static constexpr std::size_t index(Properties... properties) {
-    std::size_t at = 0;
-    ((at = at * value_count<Properties> + static_cast<std::size_t>(properties)), ...);
-    return at;
+    return ((static_cast<std::size_t>(properties) << shift<Properties>()) | ...);
+  }
+  /// The property of the member at a place.
+  template <class Enum>
+  static constexpr Enum property(std::size_t place) {
+    return static_cast<Enum>((place >> shift<Enum>()) & mask<Enum>());
+  }
+  /// The place of the member that differs from that at `place` in one property.
+  template <class Enum>
+  static constexpr std::size_t with(std::size_t place, Enum value) {
+    return (place & ~(mask<Enum>() << shift<Enum>())) |
+           (static_cast<std::size_t>(value) << shift<Enum>());
   }
   /// The member at a place.
   static constexpr std::tuple<Properties...> member(std::size_t place) {
-    std::tuple<Properties...> made;
-    const auto take_last = [&]<class Enum>(Enum& property) {
-      property = static_cast<Enum>(place % value_count<Enum>);
-      place /= value_count<Enum>;
-    };
-    [&]<std::size_t... i>(std::index_sequence<i...>) {
-      (take_last(std::get<sizeof...(i) - 1 - i>(made)), ...);
-    }
-    (std::index_sequence_for<Properties...>{});
-    return made;
+    return {property<Properties>(place)...};
   }
 
  private:
+  template <class Enum>
+  static constexpr std::size_t mask() {
+    return (std::size_t{1} << std::bit_width(value_count<Enum> - 1)) - 1;
+  }
+  /// The bits of all properties after `Enum`.
+  template <class Enum>
+  static constexpr int shift() {
+    int bits = 0;
+    bool after = false;
+    ((bits += after ? static_cast<int>(std::bit_width(value_count<Properties> - 1)) : 0,
+      after = after || std::is_same_v<Enum, Properties>),
+     ...);
+    return bits;
+  }
+
   template <class Enum>
   constexpr void set(Enum value) {
     std::get<Any<Enum>>(sets_) = value;

@@ -36,7 +36,7 @@ Paint(Source, Blend) -> Paint<Source, Blend>;
 
 /// The depth along a cursor, at the cursor's row.
 template <class Test>
-struct Depth_Cursor {
+struct Line_Depth {
   std::uint16_t* row;
   std::ptrdiff_t stride;
   Stepped z;
@@ -51,7 +51,7 @@ struct Depth_Cursor {
 };
 
 template <>
-struct Depth_Cursor<No_Depth_Test> {
+struct Line_Depth<No_Depth_Test> {
   static bool passes(std::int32_t) { return true; }
   static void write(std::int32_t) {}
   static void advance() {}
@@ -79,7 +79,7 @@ class Line_Cursor {
  public:
   using Pixel = typename Cursor::Pixel;
 
-  Line_Cursor(Pixel* row, std::ptrdiff_t stride, const Depth_Cursor<Test>& depth,
+  Line_Cursor(Pixel* row, std::ptrdiff_t stride, const Line_Depth<Test>& depth,
               const Mask_Cursor<masking>& mask, const Cursor& source, const Blend& blend)
       : row_(row), stride_(stride), depth_(depth), mask_(mask), source_(source), blend_(blend) {}
 
@@ -113,7 +113,7 @@ class Line_Cursor {
 
   Pixel* row_;
   std::ptrdiff_t stride_;
-  [[no_unique_address]] Depth_Cursor<Test> depth_;
+  [[no_unique_address]] Line_Depth<Test> depth_;
   [[no_unique_address]] Mask_Cursor<masking> mask_;
   [[no_unique_address]] Cursor source_;
   [[no_unique_address]] Blend blend_;
@@ -153,7 +153,7 @@ class Drawer {
     return -(std::ptrdiff_t{image.row_bytes} / static_cast<std::ptrdiff_t>(element));
   }
 
-  Depth_Cursor<Test> depth_cursor(const Ends& ends, Rows rows, const Spread& spread) const {
+  Line_Depth<Test> depth_cursor(const Ends& ends, Rows rows, const Spread& spread) const {
     if constexpr (Test::tests) {
       return {frame_.depth(rows.first, 0),
               stride(*renderer_.depth_image, sizeof(std::uint16_t)) * rows.sy,

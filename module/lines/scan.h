@@ -153,7 +153,7 @@ void draw_end(const Strip_Call& line, const Drawer_Type& drawer) {
 
 /// Draws a list of points that lie inside: every segment but its far end, then the final point.
 template <Member member>
-void draw_inside(const Strip_Call& line, Merging merging) {
+void scan_inside(const Strip_Call& line, Merging merging) {
   using namespace scan_detail;
   if (merging == Merging::off) merging = merging_when_on<member>(line);
   with_drawer<member>(line, merging, [&](auto& drawer) {
@@ -173,7 +173,7 @@ void draw_inside(const Strip_Call& line, Merging merging) {
 
 /// Draws what is inside of the one segment of `pair`.
 template <Member member>
-void draw_clipped(const Strip_Call& pair, unsigned code0, unsigned code1) {
+void scan_clipped(const Strip_Call& pair, unsigned code0, unsigned code1) {
   using namespace scan_detail;
   with_drawer<member>(pair, merging_when_on<member>(pair), [&](auto& drawer) {
     if constexpr (member.kind == Kind::colorized) drawer.paint.take(segment_color(pair, 0));
@@ -193,8 +193,8 @@ constexpr Scans scans() {
     constexpr auto m = static_cast<std::size_t>(masking);
     constexpr Member inside{variant, kind, Path::inside, masking};
     constexpr Member clipped{variant, kind, Path::clipped, masking};
-    if constexpr (rules::exists(inside) == Exists::yes) made.inside[k][m] = draw_inside<inside>;
-    if constexpr (rules::exists(clipped) == Exists::yes) made.clipped[k][m] = draw_clipped<clipped>;
+    if constexpr (rules::exists(inside) == Exists::yes) made.inside[k][m] = scan_inside<inside>;
+    if constexpr (rules::exists(clipped) == Exists::yes) made.clipped[k][m] = scan_clipped<clipped>;
   });
   return made;
 }

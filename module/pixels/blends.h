@@ -28,7 +28,8 @@ struct Replace {
 
 /// Blends `count` pixels from `to` on with a constant source, in the blend's own way if it has one.
 template <class Blend, class Pixel, class Cursor>
-void blend_run(const Blend& blend, Pixel* to, std::ptrdiff_t count, const Cursor& source) {
+[[gnu::always_inline]] inline void blend_run(const Blend& blend, Pixel* to, std::ptrdiff_t count,
+                                             const Cursor& source) {
   if constexpr (requires { blend.run(to, count, source); }) {
     blend.run(to, count, source);
   } else {

@@ -211,26 +211,24 @@ constexpr auto entry_steps =
                                   {{rgb_alpha_z}, {mask, depth_off, opaque_image}}})
         .all();
 
-/// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Variant variant, Image_Call& call) {
-  switch (step) {
-    case blending:
-      enter_image(with_alpha(variant), call);
-      return true;
-    case depth_off:
-      enter_image(without_depth(variant), call);
-      return true;
-    case mask:
-      if (!mask_in_force(call.renderer, call.rendition)) return false;
-      draw(variant, Masking::masked, alpha_of(variant), call);
-      return true;
-    case opaque_image:
-      draw(variant, Masking::open, Image_Alpha::ignored, call);
-      return true;
-    default:
-      return false;  // of other families
+struct Steps {
+  static bool holds(Entry_Step step, const Image_Call& call) {
+    return step != mask || mask_in_force(call.renderer, call.rendition);
   }
-}
+
+  static void take(Entry_Step step, Variant variant, Image_Call& call) {
+    switch (step) {
+      case blending:
+        return enter_image(with_alpha(variant), call);
+      case depth_off:
+        return enter_image(without_depth(variant), call);
+      case mask:
+        return draw(variant, Masking::masked, alpha_of(variant), call);
+      default:
+        return draw(variant, Masking::open, Image_Alpha::ignored, call);  // opaque_image
+    }
+  }
+};
 
 void draw_open(Variant variant, Image_Call& call) {
   draw(variant, Masking::open, alpha_of(variant), call);
@@ -239,7 +237,7 @@ void draw_open(Variant variant, Image_Call& call) {
 }  // namespace
 
 void enter_image(Variant variant, Image_Call& call) {
-  enter_by<take, draw_open>(entry_steps[Members<Variant>::index(variant)], variant, call);
+  enter_by<Steps, draw_open>(entry_steps[Members<Variant>::index(variant)], variant, call);
 }
 
 Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,

@@ -25,6 +25,9 @@ class Plotter {
       : renderer_(renderer),
         rendition_(rendition),
         frame_(renderer),
+        comparison_(honours_settings ? comparison_setting(renderer) : Comparison::less_equal),
+        write_(honours_settings ? write_setting(renderer) : Depth_Write::on_pass),
+        masked_(renderer.mask_cache && rendition->display_context->complex_clip),
         merging_(!has_depth(variant) && merge_on(renderer, rendition)) {}
 
   /// The pixel at `point` when it is to be drawn, else null. A pass of the depth test writes the
@@ -61,23 +64,23 @@ class Plotter {
 
   // Unlike spans, single pixels compare all 32 bits of z, with its sign.
   bool tested(std::uint16_t* depth, std::int32_t z) const {
-    const Comparison comparison =
-        honours_settings ? comparison_setting(renderer_) : Comparison::less_equal;
-    if (!passes(comparison, z, std::int32_t{*depth})) return false;
-    if (!honours_settings || write_setting(renderer_) == Depth_Write::on_pass) {
-      *depth = static_cast<std::uint16_t>(z);
-    }
+    if (!passes(comparison_, z, std::int32_t{*depth})) return false;
+    if (write_ == Depth_Write::on_pass) *depth = static_cast<std::uint16_t>(z);
     return true;
   }
 
   bool hidden(std::int32_t x, std::int32_t y) const {
-    return mask_in_force(renderer_, rendition_) &&
+    return masked_ && mask_in_force(renderer_, rendition_) &&
            offset(row_cursor(*renderer_.mask_cache->head, y), x).hidden();
   }
 
   const Software_Z_Buffer& renderer_;
   const KT_Rendition& rendition_;
   const Frame frame_;
+  // What the call decides, read once: the compiler cannot know that no pixel changes it.
+  const Comparison comparison_;
+  const Depth_Write write_;
+  const bool masked_;  // perhaps: there are a mask cache and a clip
   const bool merging_;
 };
 

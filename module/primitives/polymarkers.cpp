@@ -1,6 +1,8 @@
 // Entry steps of polymarkers, and the loop over their points.
 #include "module/primitives/polymarkers.h"
 
+#include <span>
+
 #include "module/core/bind.h"
 #include "module/core/outcode.h"
 #include "module/primitives/plot.h"
@@ -20,26 +22,25 @@ constexpr auto entry_steps =
          {{rgb_alpha_z}, {opaque_color, depth_off, standard_marker, no_points}}})
         .all();
 
-/// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Variant variant, Strip_Call& markers) {
-  switch (step) {
-    case opaque_color:
-      if (markers.material().color.alpha != 255) return false;
-      enter_polymarker(without_alpha(variant), markers);
-      return true;
-    case depth_off:
-      enter_polymarker(without_depth(variant), markers);
-      return true;
-    case standard_marker:
-      KD_Standard_Draw_2DI_Polymarker(&markers.renderer, markers.rendition, markers.count,
-                                      markers.points);
-      return true;
-    case no_points:
-      return true;
-    default:
-      return false;  // of other families
+struct Steps {
+  static bool holds(Entry_Step step, const Strip_Call& markers) {
+    return step != opaque_color || markers.material().color.alpha == 255;
   }
-}
+
+  static void take(Entry_Step step, Variant variant, Strip_Call& markers) {
+    switch (step) {
+      case opaque_color:
+        return enter_polymarker(without_alpha(variant), markers);
+      case depth_off:
+        return enter_polymarker(without_depth(variant), markers);
+      case standard_marker:
+        return KD_Standard_Draw_2DI_Polymarker(&markers.renderer, markers.rendition, markers.count,
+                                               markers.points);
+      default:
+        return;  // no points
+    }
+  }
+};
 
 template <Variant variant>
 auto color_of(const KT_Material& material) {
@@ -56,8 +57,8 @@ template <Variant variant>
   const Plotter<variant> plotter(markers.renderer, markers.rendition);
   const auto color = color_of<variant>(markers.material());
   const KT_Int_Rectangle clip = markers.display_context().hard_clip;
-  for (int i = 0; i < markers.count; ++i) {
-    const KT_DCI_Point& point = markers.points[i];
+  for (const KT_DCI_Point& point :
+       std::span(markers.points, static_cast<std::size_t>(markers.count))) {
     if (!is_inside(clip, point.x, point.y)) continue;
     if (auto* pixel = plotter.open(point)) plotter.put(pixel, color);
   }
@@ -70,7 +71,7 @@ void draw(Variant variant, Strip_Call& markers) {
 }  // namespace
 
 void enter_polymarker(Variant variant, Strip_Call& markers) {
-  enter_by<take, draw>(entry_steps[Members<Variant>::index(variant)], variant, markers);
+  enter_by<Steps, draw>(entry_steps[Members<Variant>::index(variant)], variant, markers);
 }
 
 Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,

@@ -7,7 +7,7 @@
 namespace zbuffer::textures {
 namespace {
 
-template <Set set, Layer layer, class Point>
+template <Texture_Set set, Layer layer, class Point>
 void draw_action(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                  const Point* points, const KT_RGB32* colors, const KT_Parameter* parameters,
                  int parameter_width, const float* extra_floats, const KT_Vector* vectors) {
@@ -23,7 +23,7 @@ void draw_action(KT_Renderer_Data* object, const KT_Rendition& rendition, int co
   enter({set, layer}, call);
 }
 
-template <Set set>
+template <Texture_Set set>
 void bind_set(Software_Z_Buffer& renderer) {
   using enum KT_Action;
   bind<Draw_2D_Textured_Polytriangle>(renderer, &draw_action<set, Layer::float_any, KT_Point>);
@@ -36,10 +36,10 @@ void bind_set(Software_Z_Buffer& renderer) {
 }  // namespace
 
 void bind_textured_polytriangles(Software_Z_Buffer& renderer, Variant variant) {
-  if (variant == Variant::rgb_z) return bind_set<Set::rgb_z>(renderer);
-  if (variant == Variant::rgb_alpha_z) return bind_set<Set::rgb_alpha_z>(renderer);
-  if (renderer.current_options.alpha_blending()) return bind_set<Set::cut_out>(renderer);
-  bind_set<Set::mapped_z>(renderer);
+  if (variant == Variant::rgb_z) return bind_set<Texture_Set::rgb_z>(renderer);
+  if (variant == Variant::rgb_alpha_z) return bind_set<Texture_Set::rgb_alpha_z>(renderer);
+  if (renderer.current_options.alpha_blending()) return bind_set<Texture_Set::cut_out>(renderer);
+  bind_set<Texture_Set::mapped_z>(renderer);
 }
 
 }  // namespace zbuffer::textures

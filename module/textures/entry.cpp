@@ -10,9 +10,9 @@
 namespace zbuffer::textures {
 namespace {
 
-const Scans& scans_of(Set set) {
-  static constexpr const Scans* by_set[value_count<Set>] = {&scans_mapped_z, &scans_cut_out,
-                                                            &scans_rgb_z, &scans_rgb_alpha_z};
+const Scans& scans_of(Texture_Set set) {
+  static constexpr const Scans* by_set[value_count<Texture_Set>] = {
+      &scans_mapped_z, &scans_cut_out, &scans_rgb_z, &scans_rgb_alpha_z};
   return *by_set[static_cast<std::size_t>(set)];
 }
 
@@ -26,7 +26,7 @@ void call_standard(Textured_Routine r, const Textured_Call& s) {
     routine(&s.renderer, s.rendition, s.count, points, s.colors, s.parameters, s.parameter_width,
             s.extra_floats, s.vectors);
   };
-  switch (r.layer) {
+  switch (r.layer()) {
     case Layer::float_any:
       return call(KD_Standard_Draw_2D_Textured_Polytriangle, s.floats);
     case Layer::float_inside:
@@ -38,26 +38,24 @@ void call_standard(Textured_Routine r, const Textured_Call& s) {
   }
 }
 
-/// Does what `step` does, whose test holds; returns whether it took the call.
-bool take(Entry_Step step, Textured_Routine r, Textured_Call& strip) {
-  switch (step) {
-    case Entry_Step::edges:
-      lines::draw_strip_edges(strip);
-      return true;
-    case Entry_Step::blending:
-      enter(r.in(Set::rgb_alpha_z), strip);
-      return true;
-    case Entry_Step::nothing_to_draw:
-      return true;
-    case Entry_Step::depth_off_standard:
-      strip.extra_floats = nullptr;
-      strip.vectors = nullptr;
-      call_standard(r, strip);
-      return true;
-    default:
-      return false;  // of other families
+struct Steps {
+  static bool holds(Entry_Step, const Textured_Call&) { return true; }
+
+  static void take(Entry_Step step, Textured_Routine r, Textured_Call& strip) {
+    switch (step) {
+      case Entry_Step::edges:
+        return lines::draw_strip_edges(strip);
+      case Entry_Step::blending:
+        return enter(r.in(Texture_Set::rgb_alpha_z), strip);
+      case Entry_Step::depth_off_standard:
+        strip.extra_floats = nullptr;
+        strip.vectors = nullptr;
+        return call_standard(r, strip);
+      default:
+        return;  // nothing to draw
+    }
   }
-}
+};
 
 /// Textures that this renderer draws: nearest texels, tiled or cut off, without perspective.
 bool is_simple(const Call& call, const KT_Texture_Source_Data& source) {
@@ -90,14 +88,14 @@ Texturing texturing_of(Textured_Routine r, const Textured_Call& strip, KT_Textur
   KT_Texture_Source source;  // held until the call is over
   const Texturing texturing = texturing_of(r, strip, source);
   if (texturing == Texturing::undecided) return call_standard(r, strip);
-  enter(r.with(texturing), strip);
+  enter(r.textured(texturing), strip);
 }
 
 [[gnu::noinline]] void convert(Textured_Routine r, Textured_Call& strip) {
   Scratch<KT_DCI_Point> points(strip.count);
   round_points(strip.floats, strip.count, points.data());
   strip.set_points(strip.count, points.data());
-  enter(r.at(integer_layer(r.layer)), strip);
+  enter(r.at(integer_layer(r.layer())), strip);
 }
 
 /// A strip anywhere: parts of visible triangles, and single clipped ones.
@@ -106,7 +104,7 @@ Texturing texturing_of(Textured_Routine r, const Textured_Call& strip, KT_Textur
   const int inside =
       KD_Clip(strip.display_context().hard_clip, strip.count, strip.points, codes.data());
   if (inside == strip.count) return enter(r.at(Layer::int_inside), strip);
-  if (inside == 0 || (r.texturing == Texturing::modulated && !strip.colors)) return;
+  if (inside == 0 || (r.texturing() == Texturing::modulated && !strip.colors)) return;
   const Held_Texture held(strip.rendition);
   if (!held.usable()) return;
   split_strip(
@@ -115,28 +113,27 @@ Texturing texturing_of(Textured_Routine r, const Textured_Call& strip, KT_Textur
         Textured_Call part = strip.part(first, count);
         enter(r.at(Layer::int_inside), part);
       },
-      [&](int first) { scans_of(r.set).clipped[at(r.texturing)](strip.part(first, 3), held); });
+      [&](int first) { scans_of(r.set()).clipped[at(r.texturing())](strip.part(first, 3), held); });
 }
 
 /// What decides on the texturing, or a layer's own work.
 void draw_layer(Textured_Routine r, Textured_Call& strip) {
-  if (r.texturing == Texturing::undecided) return decide_texturing(r, strip);
-  switch (r.layer) {
+  if (r.texturing() == Texturing::undecided) return decide_texturing(r, strip);
+  switch (r.layer()) {
     case Layer::float_any:
     case Layer::float_inside:
       return convert(r, strip);
     case Layer::int_any:
       return draw_anywhere(r, strip);
     case Layer::int_inside:
-      return scans_of(r.set).inside[at(r.texturing)](strip);
+      return scans_of(r.set()).inside[at(r.texturing())](strip);
   }
 }
 
 }  // namespace
 
 void enter(Textured_Routine r, Textured_Call& strip) {
-  const Entry_Steps& steps = entry_steps[Textured_Routines::index(r.set, r.layer, r.texturing)];
-  enter_by<take, draw_layer>(steps, r, strip);
+  enter_by<Steps, draw_layer>(entry_steps[r.place()], r, strip);
 }
 
 }  // namespace zbuffer::textures

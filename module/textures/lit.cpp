@@ -52,7 +52,7 @@ void Lights::shade(const KT_Vector* const (&vectors)[3], Corner_Light (&lights)[
 
 namespace {
 
-constexpr Member lit_member{Set::mapped_z, Texturing::lit, Path::inside};
+constexpr Member lit_member{Texture_Set::mapped_z, Texturing::lit, Path::inside};
 using Corner = Vertex<Light_Interpolants>;
 using Lit_Paint = Paint<Light_Modulation, Lit_Dither_Blend>;
 

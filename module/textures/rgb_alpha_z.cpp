@@ -3,6 +3,6 @@
 
 namespace zbuffer::textures {
 
-constinit const Scans scans_rgb_alpha_z = scans<Set::rgb_alpha_z>();
+constinit const Scans scans_rgb_alpha_z = scans<Texture_Set::rgb_alpha_z>();
 
 }  // namespace zbuffer::textures

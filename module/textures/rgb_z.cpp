@@ -3,6 +3,6 @@
 
 namespace zbuffer::textures {
 
-constinit const Scans scans_rgb_z = scans<Set::rgb_z>();
+constinit const Scans scans_rgb_z = scans<Texture_Set::rgb_z>();
 
 }  // namespace zbuffer::textures

@@ -9,7 +9,9 @@
 
 namespace zbuffer::textures {
 
-enum class Set : std::uint8_t { mapped_z, cut_out, rgb_z, rgb_alpha_z };
+/// Textured routines exist once for each of these: the variants with depth, and `Mapped_Z` with
+/// alpha blending, which leaves out transparent texels.
+enum class Texture_Set : std::uint8_t { mapped_z, cut_out, rgb_z, rgb_alpha_z };
 /// What the texture does with the colours, decided in the action.
 enum class Texturing : std::uint8_t { undecided, plain, modulated, lit };
 /// The rows of a triangle below the middle corner, and those from it on.
@@ -19,7 +21,7 @@ enum class Half : std::uint8_t { low, high };
 
 namespace zbuffer {
 template <>
-inline constexpr std::size_t value_count<textures::Set> = 4;
+inline constexpr std::size_t value_count<textures::Texture_Set> = 4;
 template <>
 inline constexpr std::size_t value_count<textures::Texturing> = 4;
 template <>
@@ -28,22 +30,22 @@ inline constexpr std::size_t value_count<textures::Half> = 2;
 
 namespace zbuffer::textures {
 
-constexpr bool is_indexed(Set set) {
-  return set == Set::mapped_z || set == Set::cut_out;
+constexpr bool is_indexed(Texture_Set set) {
+  return set == Texture_Set::mapped_z || set == Texture_Set::cut_out;
 }
 
 struct Member {
-  Set set;
+  Texture_Set set;
   Texturing texturing;
   Path path;
 
   constexpr auto properties() const { return std::tuple(set, texturing, path); }
 };
-using Where = Members<Set, Texturing, Path>;
+using Where = Members<Texture_Set, Texturing, Path>;
 
 /// The two-pixel spans of one half of a member's triangles.
 struct Half_Member {
-  Set set;
+  Texture_Set set;
   Texturing texturing;
   Half half;
 
@@ -51,18 +53,21 @@ struct Half_Member {
 };
 
 /// A routine of the family: an action, as long as the texturing is undecided, or a layer below it.
-struct Textured_Routine {
-  Set set;
-  Layer layer;
-  Texturing texturing = Texturing::undecided;
+class Textured_Routine : public Place<Texture_Set, Layer, Texturing> {
+ public:
+  constexpr Textured_Routine(Texture_Set set, Layer layer,
+                             Texturing texturing = Texturing::undecided)
+      : Place(set, layer, texturing) {}
 
-  constexpr auto properties() const { return std::tuple(set, layer, texturing); }
+  constexpr Texture_Set set() const { return property<Texture_Set>(); }
+  constexpr Layer layer() const { return property<Layer>(); }
+  constexpr Texturing texturing() const { return property<Texturing>(); }
 
-  constexpr Textured_Routine at(Layer other) const { return {set, other, texturing}; }
-  constexpr Textured_Routine in(Set other) const { return {other, layer, texturing}; }
-  constexpr Textured_Routine with(Texturing other) const { return {set, layer, other}; }
+  constexpr Textured_Routine at(Layer other) const { return with(*this, other); }
+  constexpr Textured_Routine in(Texture_Set other) const { return with(*this, other); }
+  constexpr Textured_Routine textured(Texturing other) const { return with(*this, other); }
 };
-using Textured_Routines = Members<Set, Layer, Texturing>;
+using Textured_Routines = Textured_Routine::Places;
 
 /// How a pixel is drawn whose texel, or whose product with the colours, has an alpha of 0.
 enum class Transparent : std::uint8_t {
@@ -104,14 +109,14 @@ enum class Colors_Rule : std::uint8_t { trusted, tested };
 
 namespace rules {
 
-using enum Set;
+using enum Texture_Set;
 using enum Texturing;
 using enum Path;
 using enum Half;
 using enum Layer;
 
-inline constexpr Any<Set> indexed = mapped_z | cut_out;
-inline constexpr Any<Set> direct = rgb_z | rgb_alpha_z;
+inline constexpr Any<Texture_Set> indexed = mapped_z | cut_out;
+inline constexpr Any<Texture_Set> direct = rgb_z | rgb_alpha_z;
 inline constexpr Any<Texturing> decided = plain | modulated | lit;
 inline constexpr Any<Layer> inside_layers = float_inside | int_inside;
 
@@ -133,7 +138,7 @@ inline constexpr auto short_spans =
 
 // The column of the second pixel is always that of the means, its tests always take the means.
 // Plain members take the line from the left edge in the low half, `RGB_Z` the depth too.
-inline constexpr auto two_pixels = rule_table<Members<Set, Texturing, Half>>(
+inline constexpr auto two_pixels = rule_table<Members<Texture_Set, Texturing, Half>>(
     Two_Pixel_Rule{Line_From::mean, Depth_From::mean, Depth_From::left},
     {{{rgb_z, plain, low}, {Line_From::left, Depth_From::left, Depth_From::left}},
      {{rgb_alpha_z, plain, low}, {Line_From::left, Depth_From::mean, Depth_From::left}},

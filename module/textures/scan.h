@@ -15,7 +15,7 @@ template <Member member>
 auto make_modulation(const Software_Z_Buffer& renderer) {
   constexpr Channel_Scale scale = rules::channel_scale(member);
   constexpr Modulation_Alpha alpha =
-      member.set == Set::rgb_alpha_z ? Modulation_Alpha::carried : Modulation_Alpha::none;
+      member.set == Texture_Set::rgb_alpha_z ? Modulation_Alpha::carried : Modulation_Alpha::none;
   if constexpr (scale == Channel_Scale::cube) {
     return Cube_Modulation{Cube(renderer.color_cube)};
   } else if constexpr (scale == Channel_Scale::byte_256) {
@@ -36,7 +36,7 @@ auto make_blend(const Textured_Call& strip) {
   if constexpr (is_indexed(member.set)) {
     return Dither_Blend(Cube(strip.renderer.color_cube),
                         static_cast<std::uint8_t>(material.contrast_index));
-  } else if constexpr (member.set == Set::rgb_z) {
+  } else if constexpr (member.set == Texture_Set::rgb_z) {
     return std::conditional_t<modulated, Modulated_Copy_Blend, Copy_Blend>(material.contrast_color);
   } else {
     return std::conditional_t<modulated, Modulated_Alpha_Blend, Alpha_Blend>(
@@ -77,8 +77,8 @@ void draw_triangles(const Point_List& list, const Corner_Setup& setup, const Lim
 }  // namespace scan_detail
 
 /// Draws a strip that lies inside.
-template <Set set, Texturing texturing>
-void draw_inside(const Textured_Call& strip) {
+template <Texture_Set set, Texturing texturing>
+void scan_inside(const Textured_Call& strip) {
   using namespace scan_detail;
   if (strip.count < 3 || draws_nothing(strip.rendition)) return;
   if (texturing == Texturing::modulated && !strip.colors) return;
@@ -102,8 +102,8 @@ void draw_inside(const Textured_Call& strip) {
 
 /// Draws a strip of one triangle, cut by the hard clip and solid whatever the pattern. A triangle
 /// that reaches beyond the device range is first cut to a strip inside it.
-template <Set set, Texturing texturing>
-void draw_clipped(const Textured_Call& triangle, const Held_Texture& held) {
+template <Texture_Set set, Texturing texturing>
+void scan_clipped(const Textured_Call& triangle, const Held_Texture& held) {
   using namespace scan_detail;
   constexpr Member member{set, texturing, Path::clipped};
   const KT_Shared_Image image = held.image;  // each of these triangles holds it for itself
@@ -124,12 +124,12 @@ void draw_clipped(const Textured_Call& triangle, const Held_Texture& held) {
 }
 
 /// The plain and modulated scans of a set.
-template <Set set>
+template <Texture_Set set>
 constexpr Scans scans() {
   Scans made{};
   const auto add = [&]<Texturing texturing>() {
-    made.inside[static_cast<std::size_t>(texturing)] = draw_inside<set, texturing>;
-    made.clipped[static_cast<std::size_t>(texturing)] = draw_clipped<set, texturing>;
+    made.inside[static_cast<std::size_t>(texturing)] = scan_inside<set, texturing>;
+    made.clipped[static_cast<std::size_t>(texturing)] = scan_clipped<set, texturing>;
   };
   add.template operator()<Texturing::plain>();
   add.template operator()<Texturing::modulated>();

@@ -17,7 +17,7 @@ namespace zbuffer::tiling {
 
 inline constexpr std::int32_t guard_reach = 0x40000000;
 
-inline KT_Int_Rectangle guard_round(KT_Int_XY center) {
+inline KT_Int_Rectangle guard_around(KT_Int_XY center) {
   return {wrapped_difference(center.x, guard_reach), wrapped_sum(center.x, guard_reach),
           wrapped_difference(center.y, guard_reach), wrapped_sum(center.y, guard_reach)};
 }
@@ -70,7 +70,7 @@ void draw_guarded(KT_Renderer_Data* object, const KT_Rendition& rendition, int c
   const KT_Int_XY origin = renderer.device_origin;
   Scratch<KT_DCI_Point> results(count);
   Scratch<short, 65> codes(std::ptrdiff_t{count} + 1);
-  Guarded_Call call{renderer, rendition, origin,       guard_round(origin),
+  Guarded_Call call{renderer, rendition, origin,       guard_around(origin),
                     count,    points,    codes.data(), results.data()};
   renderer.device_origin = {0, 0};
   call.rendition.set_hard_clip_unrestricted(hard_clip_in_buffer(call), false);

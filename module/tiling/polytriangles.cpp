@@ -42,7 +42,7 @@ class Cut_Attributes {
     const KT_Point_D corners[3] = {less_origin(call.points[n]), less_origin(call.points[n + 1]),
                                    less_origin(call.points[n + 2])};
     const Attributes in = given_.from_point(n);
-    return KD_Preclip_2D_Triangle(&call.renderer, call.rendition, guard_round({0, 0}), corners,
+    return KD_Preclip_2D_Triangle(&call.renderer, call.rendition, guard_around({0, 0}), corners,
                                   &result_count, call.results, in.colors, room(in.colors, colors_),
                                   in.parameters, room(in.parameters, parameters_),
                                   in.parameter_width, in.floats, room(in.floats, floats_),

@@ -17,7 +17,7 @@ struct Scan_Member {
 };
 
 template <Scan_Member scan>
-void draw_inside(const Strip_Call& strip);
+void scan_inside(const Strip_Call& strip);
 
 namespace scan_detail {
 
@@ -88,7 +88,7 @@ void scan_gouraud(const Drawer_Type& drawer, const Strip_Call& strip) {
     const KT_RGB32* colors = strip.colors + i;
     if (near_flat_inside(colors)) {
       constexpr Scan_Member in_one_color{scan.variant, Kind::colorized, scan.path, scan.masking};
-      draw_inside<in_one_color>(strip.with_points(3, strip.points + i).in_one_color(colors));
+      scan_inside<in_one_color>(strip.with_points(3, strip.points + i).in_one_color(colors));
     } else {
       drawer.gouraud(strip.points + i, colors);
     }
@@ -99,7 +99,7 @@ void scan_gouraud(const Drawer_Type& drawer, const Strip_Call& strip) {
 
 /// Draws a strip that lies inside.
 template <Scan_Member scan>
-void draw_inside(const Strip_Call& strip) {
+void scan_inside(const Strip_Call& strip) {
   using namespace scan_detail;
   if (strip.count < 3 || draws_nothing(strip.rendition)) return;
   KT_RGB32 first{};
@@ -125,7 +125,7 @@ void draw_inside(const Strip_Call& strip) {
 /// Draws a strip of one triangle, cut by the hard clip. A triangle that reaches beyond the device
 /// range is first cut to a strip inside it.
 template <Scan_Member scan>
-void draw_clipped(const Strip_Call& triangle) {
+void scan_clipped(const Strip_Call& triangle) {
   using namespace scan_detail;
   const Clipped_Strip strip =
       clipped_to_device_range({.points = triangle.points,
@@ -155,8 +155,8 @@ constexpr Scans scans() {
     constexpr auto m = static_cast<std::size_t>(masking);
     constexpr Member solid{variant, kind, Path::inside, masking, Filling::solid};
     if constexpr (rules::exists(solid) == Exists::yes) {
-      made.inside[k][m] = draw_inside<Scan_Member{variant, kind, Path::inside, masking}>;
-      made.clipped[k][m] = draw_clipped<Scan_Member{variant, kind, Path::clipped, masking}>;
+      made.inside[k][m] = scan_inside<Scan_Member{variant, kind, Path::inside, masking}>;
+      made.clipped[k][m] = scan_clipped<Scan_Member{variant, kind, Path::clipped, masking}>;
     }
   });
   return made;
