@@ -51,8 +51,8 @@ struct Point_Colors {
   }
 };
 
-bool is_outside(short code) {
-  return (code & beyond_any) != 0;
+bool is_outside(int code) {
+  return (static_cast<unsigned>(code) & beyond_any) != 0;
 }
 
 template <class Colors>
@@ -108,7 +108,7 @@ class Pieces {
   int draw_outside(int n) const {
     const short* const codes = call_.codes;
     for (; codes[n + 1] != list_end && is_outside(codes[n + 1]); ++n) {
-      if ((codes[n] & codes[n + 1] & beyond_any) != 0) continue;
+      if (is_outside(codes[n] & codes[n + 1])) continue;
       if (!KD_Preclip_Ends(codes + n, call_.guard, call_.points + n, call_.results, colors_.in(n),
                            colors_.out(0))) {
         continue;
