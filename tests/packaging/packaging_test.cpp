@@ -119,6 +119,18 @@ TEST_F(Installed, holds_everything_in_its_place) {
   EXPECT_EQ(found("application.h"), prefix / "include/korvel12/host/application.h");
 }
 
+// An empty entry, as in "/folder:", is the working directory.
+TEST_F(Installed, nothing_is_loaded_from_the_working_directory) {
+  std::istringstream paths(output_of(
+      "find " + quoted(BUILD_TREE) + " " + quoted(path("prefix")) +
+      " -type f \\( -perm -u+x -o -name '*.so.*' -o -name '*.kvd' \\) -exec readelf -d {} + "
+      "2>/dev/null | sed -n 's/.*(R.*PATH).*\\[\\(.*\\)\\]/\\1/p' | sed 's/:/\\n/g' | sort -u"));
+  std::vector<std::string> entries;
+  for (std::string entry; std::getline(paths, entry); entries.push_back(entry))
+    EXPECT_TRUE(entry.starts_with("/") || entry.starts_with("$ORIGIN/")) << quoted(entry);
+  EXPECT_GE(entries.size(), 3u);
+}
+
 TEST_F(Installed, program_finds_its_module) {
   std::ofstream(path("sheet.obj")) << "v -1 0 0\nv 1 0 0\nv 0 2 0\nf 1 2 3\n";
   output_of(found("kvdraw").string() + " " + path("sheet.obj") + " -o " + path("sheet.png") +
