@@ -131,6 +131,12 @@ TEST_F(Installed, nothing_is_loaded_from_the_working_directory) {
   EXPECT_GE(entries.size(), 3u);
 }
 
+TEST_F(Installed, library_exports_the_contract_alone) {
+  output_of("nm -DC --defined-only " + quoted(found("libkorvel12.so").string()) +
+            " | sed -E '/ V (vtable|typeinfo|typeinfo name) for KT_/d; s/^[0-9a-f]+ [A-Z] //'"
+            " | LC_ALL=C sort -u | diff " EXPORTS " -");
+}
+
 TEST_F(Installed, program_finds_its_module) {
   std::ofstream(path("sheet.obj")) << "v -1 0 0\nv 1 0 0\nv 0 2 0\nf 1 2 3\n";
   output_of(found("kvdraw").string() + " " + path("sheet.obj") + " -o " + path("sheet.png") +
