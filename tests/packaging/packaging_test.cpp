@@ -137,6 +137,17 @@ TEST_F(Installed, library_exports_the_contract_alone) {
             " | LC_ALL=C sort -u | diff " EXPORTS " -");
 }
 
+TEST_F(Installed, flags_of_the_builder_are_kept) {
+  const std::string build = path("flags");
+  output_of(std::string(CMAKE_PROGRAM) + " -S " SOURCES " -B " + quoted(build) +
+            " -G Ninja -DCMAKE_CXX_COMPILER=" CXX_COMPILER
+            " -DZB_TESTS=OFF -DZB_BENCHMARKS=OFF"
+            " -DCMAKE_CXX_FLAGS=-DFIRST -DCMAKE_CXX_FLAGS_RELEASE='-O2 -DSECOND'");
+  const std::string commands = read(build + "/compile_commands.json");
+  EXPECT_THAT(commands, HasSubstr(" -DFIRST -O2 -DSECOND "));
+  EXPECT_THAT(commands, testing::Not(HasSubstr(" -O3")));
+}
+
 TEST_F(Installed, program_finds_its_module) {
   std::ofstream(path("sheet.obj")) << "v -1 0 0\nv 1 0 0\nv 0 2 0\nf 1 2 3\n";
   output_of(found("kvdraw").string() + " " + path("sheet.obj") + " -o " + path("sheet.png") +
