@@ -48,6 +48,7 @@ class KORVEL_EXPORT KT_Option_Value : public KT_Handle<KT_Option_Value_Data> {
   KT_Option_Value(std::int32_t first, std::int32_t second, std::int32_t third);
   /// A plain pointer; what it points to is not owned.
   explicit KT_Option_Value(const void* value);
+  explicit KT_Option_Value(std::nullptr_t) : KT_Option_Value(static_cast<const void*>(nullptr)) {}
   /// A pointer to a counted object (may be null); the value holds a reference on it.
   explicit KT_Option_Value(const KT_Counted* value);
 };

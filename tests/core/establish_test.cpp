@@ -175,6 +175,10 @@ TEST(Establish, AGivenImageReplacesTheOneInUseIfItFits) {
 TEST(Establish, MergeColours) {
   const KT_RGB32 white{255, 255, 255, 255}, mixed{3, 248, 100, 9};
   const KT_RGB32 two[] = {{0, 0, 0, 255}, white};
+    const auto* in_use = session.renderer().color_image.get();
+    option.set(KT_Option_Value(nullptr));  // taken out, it stays in use
+    session.establish();
+    EXPECT_EQ(session.renderer().color_image.get(), in_use);
   Session session;
   const Software_Z_Buffer& renderer = session.renderer();
   const auto with_key = [&](const KT_Palette& palette, int red, int green, int blue) {
