@@ -67,6 +67,8 @@ class KORVEL_EXPORT KT_Option {
   KT_Option_Value value;
   /// Set by `set`, cleared when `update_current_options` has carried the value over.
   bool changed = false;
+  /// Id of the value's record when it was last carried over; `writable()` gives it another.
+  std::uint32_t carried_id;
 
   KT_Option(const KT_String& name, KT_Option_Enum::Scope scope, bool value);
   KT_Option(const KT_String& name, KT_Option_Enum::Scope scope, std::int32_t value);
