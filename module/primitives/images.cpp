@@ -25,8 +25,9 @@ namespace {
 /// Pixels of a row, cut where the window ends on the right; may be below 1.
 std::int32_t columns(const Image_Call& call) {
   const Software_Z_Buffer& renderer = call.renderer;
-  const std::int32_t last = renderer.device_origin.x + renderer.window_extent.x - 1;
-  return wrapped_sum(wrapped_difference(std::min(call.end.x, last), call.start.x), 1);
+  const std::int64_t last = std::int64_t{renderer.device_origin.x} + renderer.window_extent.x - 1;
+  const auto end = static_cast<std::int32_t>(std::min<std::int64_t>(call.end.x, last));
+  return wrapped_sum(wrapped_difference(end, call.start.x), 1);
 }
 
 // How a source pixel is drawn. `drawn` selects the pixels that are tested against depth.
