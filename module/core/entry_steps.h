@@ -17,9 +17,10 @@ enum class Entry_Step : std::uint8_t {
   none,
 
   // What is not drawn at all.
-  nothing_to_draw,  ///< no image, or fewer than two points
+  nothing_to_draw,  ///< no colour image, or fewer than two points
   too_few_points,   ///< fewer than two points
   no_points,        ///< no point
+  missing_image,    ///< an image that the routine draws into
 
   // What the framework's general routine draws.
   standard_pattern,    ///< faces: a pattern that is not handled here
@@ -27,6 +28,7 @@ enum class Entry_Step : std::uint8_t {
   wide_line,           ///< lines: a weight, in one colour
   standard_marker,     ///< markers: a symbol that is not a dot
   depth_off_standard,  ///< textures: no depth, without floats and vectors
+  kept_standard,       ///< textures: an action kept from a configuration with depth
 
   // What another variant draws, same layer and kind.
   blending,         ///< the blending bit: the blending variant
@@ -60,7 +62,7 @@ struct Entry_Step_Set {
 
 /// The steps of one routine.
 struct Entry_Steps {
-  static constexpr std::size_t longest = 6;
+  static constexpr std::size_t longest = 7;
   std::array<Entry_Step, longest> list{};
   Entry_Step_Set set;
 
@@ -81,10 +83,10 @@ inline bool merge_on(const Software_Z_Buffer& renderer, const KT_Rendition& rend
 }
 
 /// The steps of `relevant` that hold for a call, or may hold: those whose test costs more, or looks
-/// at colours or points, are tested in their turn.
+/// at colours or points, are tested in their turn. `variant` is the action's.
 template <Entry_Step_Set relevant>
-Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition& rendition,
-                          int point_count) {
+Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, Variant variant,
+                          const KT_Rendition& rendition, int point_count) {
   using enum Entry_Step;
   const KT_Rendition_Data& data = *rendition;
   Entry_Step_Set held;
@@ -103,7 +105,12 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition&
   const auto merge = [&] { return merge_on(renderer, rendition); };
   const auto always = [] { return true; };
 
-  add_if(nothing_to_draw, [&] { return point_count < 2 || !renderer.color_image; });
+  if (lacks_image(renderer, variant)) [[unlikely]] {
+    held.add(nothing_to_draw);
+    held.add(missing_image);
+    held.add(kept_standard);
+  }
+  add_if(nothing_to_draw, [&] { return point_count < 2; });
   add_if(too_few_points, [&] { return point_count < 2; });
   add_if(no_points, [&] { return point_count < 1; });
   add_if(standard_pattern,

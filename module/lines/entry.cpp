@@ -51,8 +51,8 @@ void draw_list(Routine r, const Strip_Call& line, Merging merging) {
             KD_Standard_Draw_DCI_Colorized_Polyline, KD_Standard_Draw_DCI_Gouraud_Polyline);
 }
 
-Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
-  return polyline_call(line.renderer, rendition, line.count, line.points, line.colors,
+Strip_Call drawn_by(Routine r, const KT_Rendition& rendition, const Strip_Call& line) {
+  return polyline_call(line.renderer, r.variant, rendition, line.count, line.points, line.colors,
                        line.single_color);
 }
 
@@ -60,10 +60,10 @@ Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
 [[gnu::noinline]] void draw_outlined(Routine r, const Strip_Call& line) {
   KT_Rendition temporary = line.rendition;
   prepare_outline_rendition(temporary);
-  Strip_Call outline = drawn_by(temporary, line);
+  Strip_Call outline = drawn_by(r, temporary, line);
   enter(r, outline);
   prepare_core_rendition(line.rendition, temporary);
-  Strip_Call core = drawn_by(temporary, line);
+  Strip_Call core = drawn_by(r, temporary, line);
   enter(r, core);
 }
 
@@ -92,8 +92,11 @@ bool take(Entry_Step step, Routine r, Strip_Call& line);
 bool take(Entry_Step step, Routine r, Strip_Call& line) {
   switch (step) {
     case Entry_Step::nothing_to_draw:
+      return line.count < 2 || !line.renderer.color_image;
     case Entry_Step::too_few_points:
       return true;
+    case Entry_Step::missing_image:
+      return lacks_image(line.renderer, r.variant);
     case Entry_Step::outline:
       if (!is_outlined(line.rendition, line.count, line.points)) return false;
       draw_outlined(r, line);
@@ -228,9 +231,10 @@ void enter(Routine r, Strip_Call& line) {
   enter_by<take, draw_layer>(steps_of(r), r, line);
 }
 
-Strip_Call polyline_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                         const KT_DCI_Point* points, const KT_RGB32* colors, bool single_color) {
-  const Entry_Step_Set held = held_steps<relevant>(renderer, rendition, count);
+Strip_Call polyline_call(Software_Z_Buffer& renderer, Variant variant,
+                         const KT_Rendition& rendition, int count, const KT_DCI_Point* points,
+                         const KT_RGB32* colors, bool single_color) {
+  const Entry_Step_Set held = held_steps<relevant>(renderer, variant, rendition, count);
   return {{renderer, rendition, held}, count, points, nullptr, colors, single_color};
 }
 

@@ -204,12 +204,12 @@ constexpr Image_Alpha alpha_of(Variant variant) {
 using enum Variant;
 using enum Entry_Step;
 constexpr auto entry_steps =
-    rule_table<Members<Variant>>(Entry_Steps{mask},
-                                 {{{mapped_z}, {depth_off, mask}},
-                                  {{rgb}, {blending, mask}},
-                                  {{rgb_z}, {blending, depth_off, mask}},
-                                  {{rgb_alpha}, {mask, opaque_image}},
-                                  {{rgb_alpha_z}, {mask, depth_off, opaque_image}}})
+    rule_table<Members<Variant>>(Entry_Steps{missing_image, mask},
+                                 {{{mapped_z}, {depth_off, missing_image, mask}},
+                                  {{rgb}, {blending, missing_image, mask}},
+                                  {{rgb_z}, {blending, depth_off, missing_image, mask}},
+                                  {{rgb_alpha}, {missing_image, mask, opaque_image}},
+                                  {{rgb_alpha_z}, {mask, depth_off, missing_image, opaque_image}}})
         .all();
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
@@ -223,8 +223,12 @@ bool take(Entry_Step step, Variant variant, Image_Call& call) {
       return true;
     case mask:
       if (!mask_in_force(call.renderer, call.rendition)) return false;
-      draw(variant, Masking::masked, alpha_of(variant), call);
+      if (!lacks_image(call.renderer, variant)) {
+        draw(variant, Masking::masked, alpha_of(variant), call);
+      }
       return true;
+    case missing_image:
+      return lacks_image(call.renderer, variant);
     case opaque_image:
       draw(variant, Masking::open, Image_Alpha::ignored, call);
       return true;
@@ -243,11 +247,12 @@ void enter_image(Variant variant, Image_Call& call) {
   enter_by<take, draw_open>(entry_steps[Members<Variant>::index(variant)], variant, call);
 }
 
-Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
+Image_Call image_call(Software_Z_Buffer& renderer, Variant variant, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
                       const void* pixels) {
   constexpr int points = 2;
-  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, points);
+  const Entry_Step_Set held =
+      held_steps<steps_in(entry_steps)>(renderer, variant, rendition, points);
   return {
       {renderer, rendition, held}, *start, *end, stride, static_cast<const std::uint8_t*>(pixels)};
 }

@@ -14,10 +14,10 @@ using enum Entry_Step;
 // A symbol goes to the general routine even without points.
 constexpr auto entry_steps =
     rule_table<Members<Variant>>(
-        Entry_Steps{standard_marker, no_points},
-        {{{rgb_alpha}, {opaque_color, standard_marker, no_points}},
-         {{rgb_z}, {depth_off, standard_marker, no_points}},
-         {{rgb_alpha_z}, {opaque_color, depth_off, standard_marker, no_points}}})
+        Entry_Steps{standard_marker, no_points, missing_image},
+        {{{rgb_alpha}, {opaque_color, standard_marker, no_points, missing_image}},
+         {{rgb_z}, {depth_off, standard_marker, no_points, missing_image}},
+         {{rgb_alpha_z}, {opaque_color, depth_off, standard_marker, no_points, missing_image}}})
         .all();
 
 /// Does what `step` does, whose test holds; returns whether it took the call.
@@ -36,6 +36,8 @@ bool take(Entry_Step step, Variant variant, Strip_Call& markers) {
       return true;
     case no_points:
       return true;
+    case missing_image:
+      return lacks_image(markers.renderer, variant);
     default:
       return false;  // of other families
   }
@@ -73,9 +75,10 @@ void enter_polymarker(Variant variant, Strip_Call& markers) {
   enter_by<take, draw>(entry_steps[Members<Variant>::index(variant)], variant, markers);
 }
 
-Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                           const KT_DCI_Point* points) {
-  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, count);
+Strip_Call polymarker_call(Software_Z_Buffer& renderer, Variant variant,
+                           const KT_Rendition& rendition, int count, const KT_DCI_Point* points) {
+  const Entry_Step_Set held =
+      held_steps<steps_in(entry_steps)>(renderer, variant, rendition, count);
   return {{renderer, rendition, held}, count, points, nullptr};
 }
 

@@ -48,6 +48,12 @@ bool take(Entry_Step step, Textured_Routine r, Textured_Call& strip) {
       enter(r.in(Set::rgb_alpha_z), strip);
       return true;
     case Entry_Step::nothing_to_draw:
+      return strip.count < 2 || !strip.renderer.color_image;
+    case Entry_Step::missing_image:
+      return lacks_image(strip.renderer, variant_of(r.set));
+    case Entry_Step::kept_standard:
+      if (has_depth(strip.renderer.variant)) return false;
+      call_standard(r, strip);
       return true;
     case Entry_Step::depth_off_standard:
       strip.extra_floats = nullptr;

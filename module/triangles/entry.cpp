@@ -71,8 +71,9 @@ bool take(Entry_Step step, Routine r, Strip_Call& strip) {
       return true;
     case Entry_Step::blending_filled:
       // The steps of the blending variant after its edge step, and its scan.
-      enter_by<take, draw_inside>({Entry_Step::standard_pattern, Entry_Step::depth_off},
-                                  r.in(with_alpha(r.variant)), strip);
+      enter_by<take, draw_inside>(
+          {Entry_Step::standard_pattern, Entry_Step::depth_off, Entry_Step::missing_image},
+          r.in(with_alpha(r.variant)), strip);
       return true;
     case Entry_Step::merging_opaque: {
       KT_RGB32 color = *strip.colors;
@@ -95,7 +96,9 @@ bool take(Entry_Step step, Routine r, Strip_Call& strip) {
       enter(r.masked(), strip);
       return true;
     case Entry_Step::nothing_to_draw:
-      return true;
+      return strip.count < 2 || !strip.renderer.color_image;
+    case Entry_Step::missing_image:
+      return lacks_image(strip.renderer, r.variant);
     default:
       return false;  // of other families
   }
