@@ -27,7 +27,7 @@ bool size_fits(const KT_Shared_Image& image, KT_Int_XY size) {
 int Software_Z_Buffer::establish() {
   const KT_Renderer_Options& current = current_options;
   const bool direct = current.color_system() == KT_Color_System::direct;
-  missing_images = 0xFF;  // as it stays when an exception ends this
+  missing_images.fill(~0u);  // as it stays when an exception ends this
   variant = zbuffer::variant_for(current.buffer_depth() >= 1, direct, current.alpha_blending());
 
   zbuffer::bind_actions(*this, variant);
@@ -79,13 +79,13 @@ void Software_Z_Buffer::establish_depth_image() {
 }
 
 void Software_Z_Buffer::establish_missing_images() {
-  unsigned missing = depth_image ? 0u : 1u << zbuffer::variant_count;
+  const auto missing = [](bool is) { return is ? ~0u : 0u; };
+  missing_images[zbuffer::variant_count] = missing(!depth_image);
   for (const Variant other : zbuffer::all_variants) {
     const bool drawable =
         color_image && is_mapped(other) == is_mapped(variant) && (!has_depth(other) || depth_image);
-    if (!drawable) missing |= 1u << index_of(other);
+    missing_images[static_cast<std::size_t>(index_of(other))] = missing(!drawable);
   }
-  missing_images = static_cast<std::uint8_t>(missing);
 }
 
 void Software_Z_Buffer::establish_mask_cache() {

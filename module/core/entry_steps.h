@@ -105,11 +105,12 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, Variant variant,
   const auto merge = [&] { return merge_on(renderer, rendition); };
   const auto always = [] { return true; };
 
-  if (lacks_image(renderer, variant)) [[unlikely]] {
-    held.add(nothing_to_draw);
-    held.add(missing_image);
-    held.add(kept_standard);
+  Entry_Step_Set without_image;  // taken without a branch, which would be one more in each action
+  for (const Entry_Step step : {nothing_to_draw, missing_image, kept_standard}) {
+    without_image.add(step);
   }
+  held.bits =
+      without_image.bits & renderer.missing_images[static_cast<std::size_t>(index_of(variant))];
   add_if(nothing_to_draw, [&] { return point_count < 2; });
   add_if(too_few_points, [&] { return point_count < 2; });
   add_if(no_points, [&] { return point_count < 1; });

@@ -49,9 +49,9 @@ class Software_Z_Buffer final : public KT_Renderer_Data {
   KT_RGB32 merge_substitute_color{1, 0, 0, 253};
   std::uint8_t force_merge = 0;                      ///< "Force Merge Control On"
   zbuffer::Variant variant = zbuffer::Variant::rgb;  ///< of the last `establish`
-  /// By `index_of`, the variants whose routines lack an image that they draw into; then, as one bit
-  /// more, whether there is no depth image. All are set while `establish` is at work.
-  std::uint8_t missing_images = 0xFF;
+  /// All bits or none: of a variant, by `index_of`, whether its routines lack an image that they
+  /// draw into, and as one more, whether there is no depth image. All while `establish` is at work.
+  std::array<std::uint32_t, zbuffer::variant_count + 1> missing_images{};
 
   explicit Software_Z_Buffer(const KT_Renderer_Data* source);
   ~Software_Z_Buffer() override;
@@ -83,10 +83,10 @@ namespace zbuffer {
 /// Whether routines of `variant` lack an image: it was not made, or the routine is one that an
 /// earlier configuration has bound.
 inline bool lacks_image(const Software_Z_Buffer& renderer, Variant variant) {
-  return ((renderer.missing_images >> index_of(variant)) & 1) != 0;
+  return renderer.missing_images[static_cast<std::size_t>(index_of(variant))] != 0;
 }
 inline bool lacks_depth_image(const Software_Z_Buffer& renderer) {
-  return ((renderer.missing_images >> variant_count) & 1) != 0;
+  return renderer.missing_images[variant_count] != 0;
 }
 
 }  // namespace zbuffer
