@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/framework.h"
+#include "host/z_buffer_options.h"
 
 /// A loaded renderer module. Renderers must be released before their module is unloaded.
 class KORVEL_EXPORT KT_Renderer_Module {

@@ -25,6 +25,10 @@ class KORVEL_EXPORT KT_Contour_Set_Data : public KT_Counted {
   KT_Vector normal_{0, 0, 1};
 };
 
+///
+/// A renderer makes the mask of a contour once, when it first draws under it, for the window's
+/// origin. While a `2DD` action runs the origin is (0, 0): in a window elsewhere the mask of a
+/// contour that is first drawn under there is made for (0, 0), and stays so.
 class KORVEL_EXPORT KT_Contour_Set : public KT_Handle<KT_Contour_Set_Data> {
  public:
   KT_Contour_Set() = default;

@@ -48,6 +48,7 @@ class KORVEL_EXPORT KT_Option_Value : public KT_Handle<KT_Option_Value_Data> {
   KT_Option_Value(std::int32_t first, std::int32_t second, std::int32_t third);
   /// A plain pointer; what it points to is not owned.
   explicit KT_Option_Value(const void* value);
+  explicit KT_Option_Value(std::nullptr_t) : KT_Option_Value(static_cast<const void*>(nullptr)) {}
   /// A pointer to a counted object (may be null); the value holds a reference on it.
   explicit KT_Option_Value(const KT_Counted* value);
 };
@@ -66,6 +67,8 @@ class KORVEL_EXPORT KT_Option {
   KT_Option_Value value;
   /// Set by `set`, cleared when `update_current_options` has carried the value over.
   bool changed = false;
+  /// Id of the value's record when it was last carried over; `writable()` gives it another.
+  std::uint32_t carried_id;
 
   KT_Option(const KT_String& name, KT_Option_Enum::Scope scope, bool value);
   KT_Option(const KT_String& name, KT_Option_Enum::Scope scope, std::int32_t value);

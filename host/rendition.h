@@ -8,7 +8,7 @@
 
 /// Gives a plain record its place among the counted ones.
 template <class Derived>
-class KT_Attributes : public KT_Counted {
+class KORVEL_EXPORT KT_Attributes : public KT_Counted {
  public:
   KT_Counted* clone() const override { return new Derived(static_cast<const Derived&>(*this)); }
 };

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Marks what libkorvel12 exports; the module itself is built with hidden visibility.
+/// Marks what libkorvel12 exports. It and the modules are built with hidden visibility.
 #define KORVEL_EXPORT __attribute__((visibility("default")))
 
 /// A colour of 32 bits: bytes blue, green, red, alpha from the lowest address on.

@@ -27,8 +27,8 @@ bool size_fits(const KT_Shared_Image& image, KT_Int_XY size) {
 int Software_Z_Buffer::establish() {
   const KT_Renderer_Options& current = current_options;
   const bool direct = current.color_system() == KT_Color_System::direct;
-  const Variant variant =
-      zbuffer::variant_for(current.buffer_depth() >= 1, direct, current.alpha_blending());
+  missing_images.fill(~0u);  // as it stays when an exception ends this
+  variant = zbuffer::variant_for(current.buffer_depth() >= 1, direct, current.alpha_blending());
 
   zbuffer::bind_actions(*this, variant);
   if (current_option_set[enable_tiling]->value->as_bool())
@@ -41,6 +41,7 @@ int Software_Z_Buffer::establish() {
   establish_color_image();
   establish_depth_image();
   window_extent = current.window_size();
+  establish_missing_images();
   establish_mask_cache();
   establish_merge_colors();
   force_merge = current_option_set[force_merge_control_on]->value->as_bool();
@@ -75,6 +76,16 @@ void Software_Z_Buffer::establish_depth_image() {
   }
   const KT_Image_Format format = KT_Image_Format::depth;
   actions.call<KT_Action::Create_Frame_Buffer>(size.x, size.y, &format, &depth_image);
+}
+
+void Software_Z_Buffer::establish_missing_images() {
+  const auto missing = [](bool is) { return is ? ~0u : 0u; };
+  missing_images[zbuffer::variant_count] = missing(!depth_image);
+  for (const Variant other : zbuffer::all_variants) {
+    const bool drawable =
+        color_image && is_mapped(other) == is_mapped(variant) && (!has_depth(other) || depth_image);
+    missing_images[static_cast<std::size_t>(index_of(other))] = missing(!drawable);
+  }
 }
 
 void Software_Z_Buffer::establish_mask_cache() {

@@ -24,7 +24,8 @@ std::int64_t pixel_bytes(KT_Image_Format format) {
 
 void create_frame_buffer(void*, int width, int height, const KT_Image_Format* format,
                          KT_Shared_Image* image) {
-  // The old image goes first, so that two large ones need not fit at once.
+  // The old depth image goes first, so that two large ones need not fit at once. The old colour
+  // image stays until the new one takes its place in the renderer's option.
   image->release();
   const std::int64_t pixel = pixel_bytes(*format);
   if (width <= 0 || height <= 0 || pixel == 0) return;

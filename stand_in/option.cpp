@@ -61,19 +61,19 @@ KT_Option_Value::KT_Option_Value(const KT_Counted* value) : KT_Handle(new KT_Opt
 }
 
 KT_Option::KT_Option(const KT_String& its_name, KT_Option_Enum::Scope its_scope, bool its_value)
-    : name(its_name), scope(its_scope), value(its_value) {}
+    : name(its_name), scope(its_scope), value(its_value), carried_id(value->id) {}
 
 KT_Option::KT_Option(const KT_String& its_name, KT_Option_Enum::Scope its_scope,
                      std::int32_t its_value)
-    : name(its_name), scope(its_scope), value(its_value) {}
+    : name(its_name), scope(its_scope), value(its_value), carried_id(value->id) {}
 
 KT_Option::KT_Option(const KT_String& its_name, KT_Option_Enum::Scope its_scope, std::int32_t first,
                      std::int32_t second, std::int32_t third)
-    : name(its_name), scope(its_scope), value(first, second, third) {}
+    : name(its_name), scope(its_scope), value(first, second, third), carried_id(value->id) {}
 
 KT_Option::KT_Option(const KT_String& its_name, KT_Option_Enum::Scope its_scope,
                      const void* its_value)
-    : name(its_name), scope(its_scope), value(its_value) {}
+    : name(its_name), scope(its_scope), value(its_value), carried_id(value->id) {}
 
 void KT_Option::set(const KT_Option_Value& its_value) {
   value = its_value;

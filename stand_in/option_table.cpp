@@ -56,11 +56,12 @@ void KT_Option_Table::share_from(const KT_Option_Table& source) {
 
 void KT_Option_Table::carry_changes_to(KT_Option_Table& target) {
   for (const auto& option : body_->options) {
-    if (!option->changed) continue;
+    if (!option->changed && option->value->id == option->carried_id) continue;
     KT_Option* const counterpart = target.find(option->name);
     // A change without a counterpart waits until there is one.
     if (counterpart == nullptr) continue;
     counterpart->value = option->value;
     option->changed = false;
+    option->carried_id = option->value->id;
   }
 }

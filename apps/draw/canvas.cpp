@@ -37,14 +37,15 @@ void configure(Renderer& renderer, const Configuration& configuration) {
   options.set_window({0, 0}, {configuration.size.width, configuration.size.height});
   if (configuration.palette) options.set_palette(configuration.palette);
   if (configuration.drawing.merge)
-    renderer.option(L"Merge Control Background Color")
+    renderer.option(KT_Z_Buffer_Option::merge_background)
         .set(KT_Option_Value(paper.red, paper.green, paper.blue));
-  if (configuration.drawing.clip) renderer.option(L"Use Mask").set(KT_Option_Value(true));
+  if (configuration.drawing.clip)
+    renderer.option(KT_Z_Buffer_Option::use_mask).set(KT_Option_Value(true));
   renderer.establish();
 }
 
 void turn_to(const Frame& frame, Renderer& renderer, const Configuration& configuration) {
-  renderer.option(L"Enable Tiling").set(KT_Option_Value(frame.in_parts));
+  renderer.option(KT_Z_Buffer_Option::enable_tiling).set(KT_Option_Value(frame.in_parts));
   renderer.options().set_window(frame.origin,
                                 {configuration.size.width, configuration.size.height});
   renderer.establish();

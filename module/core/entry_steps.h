@@ -18,9 +18,10 @@ enum class Entry_Step : std::uint8_t {
   none,
 
   // What is not drawn at all.
-  nothing_to_draw,  ///< no image, or fewer than two points
+  nothing_to_draw,  ///< no colour image, or fewer than two points
   too_few_points,   ///< fewer than two points
   no_points,        ///< no point
+  missing_image,    ///< an image that the routine draws into
 
   // What the framework's general routine draws.
   standard_pattern,    ///< faces: a pattern that is not handled here
@@ -28,6 +29,7 @@ enum class Entry_Step : std::uint8_t {
   wide_line,           ///< lines: a weight, in one colour
   standard_marker,     ///< markers: a symbol that is not a dot
   depth_off_standard,  ///< textures: no depth, without floats and vectors
+  kept_standard,       ///< textures: an action kept from a configuration with depth
 
   // What another variant draws, same layer and kind.
   blending,         ///< the blending bit: the blending variant
@@ -67,7 +69,7 @@ struct Entry_Step_Set {
 
 /// The steps of one routine.
 struct Entry_Steps {
-  static constexpr std::size_t longest = 6;
+  static constexpr std::size_t longest = 7;
   std::array<Entry_Step, longest> list{};
   Entry_Step_Set set;
 
@@ -88,10 +90,10 @@ inline bool merge_on(const Software_Z_Buffer& renderer, const KT_Rendition& rend
 }
 
 /// The steps of `relevant` that hold for a call, or may hold: those whose test costs more, or looks
-/// at colours or points, are tested in their turn.
+/// at colours or points, are tested in their turn. `variant` is the action's.
 template <Entry_Step_Set relevant>
-Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition& rendition,
-                          int point_count) {
+Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, Variant variant,
+                          const KT_Rendition& rendition, int point_count) {
   using enum Entry_Step;
   const KT_Rendition_Data& data = *rendition;
   Entry_Step_Set held;
@@ -110,7 +112,13 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition&
   const auto merge = [&] { return merge_on(renderer, rendition); };
   const auto always = [] { return true; };
 
-  add_if(nothing_to_draw, [&] { return point_count < 2 || !renderer.color_image; });
+  Entry_Step_Set without_image;  // taken without a branch, which would be one more in each action
+  for (const Entry_Step step : {nothing_to_draw, missing_image, kept_standard}) {
+    without_image.add(step);
+  }
+  held.bits =
+      without_image.bits & renderer.missing_images[static_cast<std::size_t>(index_of(variant))];
+  add_if(nothing_to_draw, [&] { return point_count < 2; });
   add_if(too_few_points, [&] { return point_count < 2; });
   add_if(no_points, [&] { return point_count < 1; });
   add_if(standard_pattern,
@@ -137,6 +145,20 @@ Entry_Step_Set held_steps(const Software_Z_Buffer& renderer, const KT_Rendition&
   return held;
 }
 
+/// Whether a step of missing images, which may hold for the action's variant, does for the one that
+/// has been entered. Other steps hold.
+inline bool image_step_holds(Entry_Step step, const Software_Z_Buffer& renderer, Variant variant,
+                             int point_count = 0) {
+  switch (step) {
+    case Entry_Step::nothing_to_draw:
+      return point_count < 2 || !renderer.color_image;
+    case Entry_Step::missing_image:
+      return lacks_image(renderer, variant);
+    default:
+      return true;
+  }
+}
+
 /// All steps that are in some row of a family's table.
 template <std::size_t count>
 constexpr Entry_Step_Set steps_in(const std::array<Entry_Steps, count>& table) {
@@ -150,7 +172,7 @@ template <class Family, auto draw, class Family_Routine, class Family_Call>
 [[gnu::noinline]] void walk_steps(const Entry_Steps& steps, Family_Routine routine,
                                   Family_Call& call) {
   for (const Entry_Step step : steps.list) {
-    if (call.held.has(step) && Family::holds(step, call)) {
+    if (call.held.has(step) && Family::holds(step, routine, call)) {
       return Family::take(step, routine, call);
     }
   }
@@ -160,14 +182,14 @@ template <class Family, auto draw, class Family_Routine, class Family_Call>
 /// The same for a single step, which has no order.
 template <class Family, auto draw, class Family_Routine, class Family_Call>
 [[gnu::noinline]] void try_step(Entry_Step step, Family_Routine routine, Family_Call& call) {
-  if (Family::holds(step, call)) return Family::take(step, routine, call);
+  if (Family::holds(step, routine, call)) return Family::take(step, routine, call);
   draw(routine, call);
 }
 
 /// Enters a routine: one of its steps takes the call, or else `draw(routine, call)` does the
 /// routine's own work. Mostly no step can hold, which costs one comparison.
 ///
-///   Family::holds(step, call)          whether a step that may hold does
+///   Family::holds(step, routine, call) whether a step that may hold does
 ///   Family::take(step, routine, call)  does what a step does whose test holds
 template <class Family, auto draw, class Family_Routine, class Family_Call>
 void enter_by(const Entry_Steps& steps, Family_Routine routine, Family_Call& call) {

@@ -2,10 +2,13 @@
 // reads again. The order of the rows is the order of creation.
 #include "module/core/options.h"
 
+#include <type_traits>
+
 namespace zbuffer {
 namespace {
 
 using Slot = Software_Z_Buffer::Option_Slot;
+using Name = KT_Z_Buffer_Option;
 
 enum class Kind { boolean, integer, triple, pointer };
 
@@ -19,25 +22,25 @@ struct Row {
 // In the order of creation. "Mask Cache" comes after the others that have a slot and is the one
 // shared option: when the table already has it from another renderer, that one serves.
 constexpr Row rows[] = {
-    {L"Margin", Kind::integer, 0, Slot::margin},
-    {L"Color Buffer", Kind::pointer, 0, Slot::color_buffer},
-    {L"Depth Buffer", Kind::pointer, 0, Slot::depth_buffer},
-    {L"Try MMX", Kind::boolean, 1, Slot::try_mmx},
-    {L"Use Mask", Kind::boolean, 0, Slot::use_mask},
-    {L"Clip Phase", Kind::boolean, 0, Slot::clip_phase},
-    {L"Enable Tiling", Kind::boolean, 0, Slot::enable_tiling},
-    {L"Merge Control Background Color", Kind::triple, 255, Slot::merge_control_background_color},
-    {L"Force Merge Control On", Kind::boolean, 0, Slot::force_merge_control_on},
-    {L"ZBuffer Write", Kind::pointer, 0, Slot::zbuffer_write_option},
-    {L"ZBuffer Test", Kind::pointer, 0, Slot::zbuffer_test_option},
-    {L"Mask Cache", Kind::pointer, 0, Slot::mask_cache_option},
-    {L"Supports Advanced Draftmark Rendering", Kind::boolean, 1},
-    {L"Supports Antialiased Lines", Kind::boolean, 0},
-    {L"Supports Gooch Shader", Kind::boolean, 0},
-    {L"Supports Shadow Mapping Shader", Kind::boolean, 0},
-    {L"Shadow Mapping Quality", Kind::integer, 0},
-    {L"Max Active Lights", Kind::integer, 2147483647},
-    {L"No PVN Image Support", Kind::boolean, 1},
+    {Name::margin, Kind::integer, 0, Slot::margin},
+    {Name::color_buffer, Kind::pointer, 0, Slot::color_buffer},
+    {Name::depth_buffer, Kind::pointer, 0, Slot::depth_buffer},
+    {Name::try_mmx, Kind::boolean, 1, Slot::try_mmx},
+    {Name::use_mask, Kind::boolean, 0, Slot::use_mask},
+    {Name::clip_phase, Kind::boolean, 0, Slot::clip_phase},
+    {Name::enable_tiling, Kind::boolean, 0, Slot::enable_tiling},
+    {Name::merge_background, Kind::triple, 255, Slot::merge_control_background_color},
+    {Name::force_merge, Kind::boolean, 0, Slot::force_merge_control_on},
+    {Name::zbuffer_write, Kind::pointer, 0, Slot::zbuffer_write_option},
+    {Name::zbuffer_test, Kind::pointer, 0, Slot::zbuffer_test_option},
+    {Name::mask_cache, Kind::pointer, 0, Slot::mask_cache_option},
+    {Name::draftmark, Kind::boolean, 1},
+    {Name::antialiased_lines, Kind::boolean, 0},
+    {Name::gooch_shader, Kind::boolean, 0},
+    {Name::shadow_shader, Kind::boolean, 0},
+    {Name::shadow_quality, Kind::integer, 0},
+    {Name::max_active_lights, Kind::integer, 2147483647},
+    {Name::no_pvn_images, Kind::boolean, 1},
 };
 
 KT_Option option_of(const Row& row, const KT_String& name, KT_Option_Enum::Scope scope) {
@@ -64,7 +67,7 @@ KT_Option* make_option(KT_Option_Table& table, const Row& row) {
 }
 
 template <class Setter>
-void install(KT_Option_Table& table, const wchar_t* name, Setter* setter) {
+void install(KT_Option_Table& table, const wchar_t* name, std::type_identity_t<Setter>* setter) {
   KT_Option* option = table.find(KT_String(name));
   option->value.writable().pointer() = reinterpret_cast<void*>(setter);
 }
@@ -81,8 +84,8 @@ Software_Z_Buffer::Option_Set make_options(KT_Option_Table& table) {
 }
 
 void install_depth_setters(KT_Option_Table& table) {
-  install(table, L"ZBuffer Write", &set_zbuffer_write);
-  install(table, L"ZBuffer Test", &set_zbuffer_test);
+  install<KT_Set_Z_Buffer_Write>(table, Name::zbuffer_write, &set_zbuffer_write);
+  install<KT_Set_Z_Buffer_Test>(table, Name::zbuffer_test, &set_zbuffer_test);
 }
 
 void set_zbuffer_write(KT_Renderer_Data* renderer, std::uint8_t write) {

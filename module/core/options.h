@@ -1,6 +1,7 @@
 // The nineteen options of the renderer.
 #pragma once
 
+#include "host/z_buffer_options.h"
 #include "module/core/software_z_buffer.h"
 
 namespace zbuffer {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "module/core/fixed_point.h"
 #include "module/core/options.h"
 
 Software_Z_Buffer::Software_Z_Buffer(const KT_Renderer_Data* source)
@@ -30,7 +31,9 @@ Software_Z_Buffer::~Software_Z_Buffer() {
 void Software_Z_Buffer::update(const KT_Int_Rectangle& rectangle) {
   const KT_DCI_Point start{rectangle.left, rectangle.top, 0};
   const KT_DCI_Point end{rectangle.right, rectangle.bottom, 0};
-  const int target_x = device_origin.x + rectangle.left;
-  const int target_y = current_options.window_size().y + device_origin.y - rectangle.top - 1;
+  using zbuffer::wrapped_difference, zbuffer::wrapped_sum;
+  const int end_y = wrapped_sum(current_options.window_size().y, device_origin.y);
+  const int target_x = wrapped_sum(device_origin.x, rectangle.left);
+  const int target_y = wrapped_difference(wrapped_difference(end_y, rectangle.top), 1);
   actions.call<KT_Action::Present_Image>(&start, &end, &color_image, target_x, target_y);
 }

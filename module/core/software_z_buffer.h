@@ -8,6 +8,7 @@
 
 #include "host/framework.h"
 #include "module/core/mask_cache.h"
+#include "module/core/variant.h"
 
 class Software_Z_Buffer final : public KT_Renderer_Data {
  public:
@@ -46,7 +47,11 @@ class Software_Z_Buffer final : public KT_Renderer_Data {
   std::uint8_t merge_substitute_index = 0;
   KT_RGB32 merge_background_color{0, 0, 0, 253};
   KT_RGB32 merge_substitute_color{1, 0, 0, 253};
-  std::uint8_t force_merge = 0;  ///< "Force Merge Control On"
+  std::uint8_t force_merge = 0;                      ///< "Force Merge Control On"
+  zbuffer::Variant variant = zbuffer::Variant::rgb;  ///< of the last `establish`
+  /// All bits or none: of a variant, by `index_of`, whether its routines lack an image that they
+  /// draw into, and as one more, whether there is no depth image. All while `establish` is at work.
+  std::array<std::uint32_t, zbuffer::variant_count + 1> missing_images{};
 
   explicit Software_Z_Buffer(const KT_Renderer_Data* source);
   ~Software_Z_Buffer() override;
@@ -63,6 +68,7 @@ class Software_Z_Buffer final : public KT_Renderer_Data {
  private:
   void establish_color_image();
   void establish_depth_image();
+  void establish_missing_images();
   void establish_mask_cache();
   void establish_merge_colors();
 };
@@ -71,3 +77,16 @@ class Software_Z_Buffer final : public KT_Renderer_Data {
 inline Software_Z_Buffer& renderer_of(KT_Renderer_Data* object) {
   return static_cast<Software_Z_Buffer&>(*object);
 }
+
+namespace zbuffer {
+
+/// Whether routines of `variant` lack an image: it was not made, or the routine is one that an
+/// earlier configuration has bound.
+inline bool lacks_image(const Software_Z_Buffer& renderer, Variant variant) {
+  return renderer.missing_images[static_cast<std::size_t>(index_of(variant))] != 0;
+}
+inline bool lacks_depth_image(const Software_Z_Buffer& renderer) {
+  return renderer.missing_images[variant_count] != 0;
+}
+
+}  // namespace zbuffer

@@ -41,7 +41,7 @@ struct Strip_Actions {
   static Strip_Call call(KT_Renderer_Data* object, const KT_Rendition& rendition, int count,
                          const Point* points, const KT_RGB32* colors, bool single_color) {
     Software_Z_Buffer& renderer = renderer_of(object);
-    const Entry_Step_Set held = held_steps<relevant>(renderer, rendition, count);
+    const Entry_Step_Set held = held_steps<relevant>(renderer, variant, rendition, count);
     if constexpr (takes_floats) {
       return {{renderer, rendition, held}, count, nullptr, points, colors, single_color};
     } else {

@@ -7,6 +7,9 @@ namespace zbuffer {
 
 enum class Variant : std::uint8_t { rgb_alpha, rgb, mapped, mapped_z, rgb_alpha_z, rgb_z };
 inline constexpr int variant_count = 6;
+inline constexpr Variant all_variants[] = {Variant::rgb_alpha,   Variant::rgb,
+                                           Variant::mapped,      Variant::mapped_z,
+                                           Variant::rgb_alpha_z, Variant::rgb_z};
 
 constexpr int index_of(Variant v) {
   return static_cast<int>(v);

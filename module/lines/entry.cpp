@@ -51,8 +51,8 @@ void draw_list(Routine r, const Strip_Call& line, Merging merging) {
             KD_Standard_Draw_DCI_Colorized_Polyline, KD_Standard_Draw_DCI_Gouraud_Polyline);
 }
 
-Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
-  return polyline_call(line.renderer, rendition, line.count, line.points, line.colors,
+Strip_Call drawn_by(Routine r, const KT_Rendition& rendition, const Strip_Call& line) {
+  return polyline_call(line.renderer, r.variant(), rendition, line.count, line.points, line.colors,
                        line.single_color);
 }
 
@@ -60,10 +60,10 @@ Strip_Call drawn_by(const KT_Rendition& rendition, const Strip_Call& line) {
 [[gnu::noinline]] void draw_outlined(Routine r, const Strip_Call& line) {
   KT_Rendition temporary = line.rendition;
   prepare_outline_rendition(temporary);
-  Strip_Call outline = drawn_by(temporary, line);
+  Strip_Call outline = drawn_by(r, temporary, line);
   enter(r, outline);
   prepare_core_rendition(line.rendition, temporary);
-  Strip_Call core = drawn_by(temporary, line);
+  Strip_Call core = drawn_by(r, temporary, line);
   enter(r, core);
 }
 
@@ -79,7 +79,7 @@ void draw_unmerged(Routine r, Strip_Call& line) {
 }
 
 struct Steps {
-  static bool holds(Entry_Step step, const Strip_Call& line);
+  static bool holds(Entry_Step step, Routine r, const Strip_Call& line);
   static void take(Entry_Step step, Routine r, Strip_Call& line);
 };
 
@@ -91,7 +91,7 @@ struct Steps {
   enter_by<Steps, draw_unmerged>(steps_of(r), r, line);
 }
 
-bool Steps::holds(Entry_Step step, const Strip_Call& line) {
+bool Steps::holds(Entry_Step step, Routine r, const Strip_Call& line) {
   switch (step) {
     case Entry_Step::outline:
       return is_outlined(line.rendition, line.count, line.points);
@@ -100,7 +100,7 @@ bool Steps::holds(Entry_Step step, const Strip_Call& line) {
     case Entry_Step::mask:
       return mask_in_force(line.renderer, line.rendition);
     default:
-      return true;
+      return image_step_holds(step, line.renderer, r.variant(), line.count);
   }
 }
 
@@ -134,7 +134,7 @@ void Steps::take(Entry_Step step, Routine r, Strip_Call& line) {
     case Entry_Step::as_blending:
       return enter(r.in(with_alpha(r.variant())), line);
     default:
-      return;  // nothing to draw, too few points
+      return;  // nothing to draw, too few points, missing image
   }
 }
 
@@ -224,9 +224,10 @@ void enter(Routine r, Strip_Call& line) {
   enter_by<Steps, draw_layer>(steps_of(r), r, line);
 }
 
-Strip_Call polyline_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                         const KT_DCI_Point* points, const KT_RGB32* colors, bool single_color) {
-  const Entry_Step_Set held = held_steps<relevant>(renderer, rendition, count);
+Strip_Call polyline_call(Software_Z_Buffer& renderer, Variant variant,
+                         const KT_Rendition& rendition, int count, const KT_DCI_Point* points,
+                         const KT_RGB32* colors, bool single_color) {
+  const Entry_Step_Set held = held_steps<relevant>(renderer, variant, rendition, count);
   return {{renderer, rendition, held}, count, points, nullptr, colors, single_color};
 }
 

@@ -12,10 +12,10 @@ namespace zbuffer::lines {
 /// the routine's to change.
 void enter(Routine routine, Strip_Call& line);
 
-/// A call of this family.
-Strip_Call polyline_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                         const KT_DCI_Point* points, const KT_RGB32* colors = nullptr,
-                         bool single_color = false);
+/// A call of this family, for a routine of `variant`.
+Strip_Call polyline_call(Software_Z_Buffer& renderer, Variant variant,
+                         const KT_Rendition& rendition, int count, const KT_DCI_Point* points,
+                         const KT_RGB32* colors = nullptr, bool single_color = false);
 
 /// Colour of segment `i` of a colorized list. One colour for all may be left to the rendition.
 inline KT_RGB32 segment_color(const Strip_Call& line, int i) {

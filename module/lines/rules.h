@@ -107,53 +107,63 @@ inline constexpr auto exists = rule_table<Where>(
 
 using enum Entry_Step;
 inline constexpr auto entry_steps = rule_table<Routines>(
-    Entry_Steps{},
+    Entry_Steps{missing_image},
     {
         // Antialiasing comes before the mask in one of these two, after it in the other.
-        {{int_any, flat, rgb, open}, {nothing_to_draw, outline, standard_line, mask, antialias}},
+        {{int_any, flat, rgb, open},
+         {nothing_to_draw, outline, standard_line, missing_image, mask, antialias}},
         {{int_any, flat, rgb_alpha, open},
-         {nothing_to_draw, outline, standard_line, antialias, mask}},
-        {{int_any, flat, mapped, open}, {nothing_to_draw, standard_line, mask}},
-        {{int_any, flat, mapped_z, open}, {nothing_to_draw, standard_line, depth_off}},
+         {nothing_to_draw, outline, standard_line, missing_image, antialias, mask}},
+        {{int_any, flat, mapped, open}, {nothing_to_draw, standard_line, missing_image, mask}},
+        {{int_any, flat, mapped_z, open},
+         {nothing_to_draw, standard_line, depth_off, missing_image}},
         {{int_any, flat, rgb_alpha_z | rgb_z, open},
-         {nothing_to_draw, outline, standard_line, depth_off, mask}},
+         {nothing_to_draw, outline, standard_line, depth_off, missing_image, mask}},
 
         // Where there is no mask step, clipped segments ignore the mask.
         {{int_any, colorized, rgb_alpha, open},
-         {nothing_to_draw, opaque_color, standard_line, mask}},
-        {{int_any, colorized, rgb, open}, {nothing_to_draw, standard_line, mask}},
-        {{int_any, colorized, mapped, open}, {nothing_to_draw, standard_line}},
+         {nothing_to_draw, opaque_color, standard_line, missing_image, mask}},
+        {{int_any, colorized, rgb, open}, {nothing_to_draw, standard_line, missing_image, mask}},
+        {{int_any, colorized, mapped, open}, {nothing_to_draw, standard_line, missing_image}},
         {{int_any, colorized, rgb_alpha_z, open},
-         {nothing_to_draw, opaque_color, standard_line, depth_off}},
-        {{int_any, colorized, mapped_z | rgb_z, open}, {nothing_to_draw, standard_line, depth_off}},
+         {nothing_to_draw, opaque_color, standard_line, depth_off, missing_image}},
+        {{int_any, colorized, mapped_z | rgb_z, open},
+         {nothing_to_draw, standard_line, depth_off, missing_image}},
 
-        {{int_any, gouraud, rgb_alpha | rgb, open}, {nothing_to_draw, standard_line, mask}},
-        {{int_any, gouraud, mapped, open}, {nothing_to_draw, standard_line}},
-        {{int_any, gouraud, mapped_z, open}, {nothing_to_draw, standard_line, depth_off}},
+        {{int_any, gouraud, rgb_alpha | rgb, open},
+         {nothing_to_draw, standard_line, missing_image, mask}},
+        {{int_any, gouraud, mapped, open}, {nothing_to_draw, standard_line, missing_image}},
+        {{int_any, gouraud, mapped_z, open},
+         {nothing_to_draw, standard_line, depth_off, missing_image}},
         // Masked, depth takes part even where it is off.
         {{int_any, gouraud, rgb_alpha_z | rgb_z, open},
-         {nothing_to_draw, standard_line, mask, depth_off}},
+         {nothing_to_draw, standard_line, mask, depth_off, missing_image}},
 
         {{int_inside, flat, direct, open}, {too_few_points, outline, mask}},
-        {{int_inside, flat, mapped, open}, {too_few_points, standard_line, mask}},
-        {{int_inside, flat, mapped_z, open}, {too_few_points, depth_off, standard_line, mask}},
+        {{int_inside, flat, mapped, open}, {too_few_points, standard_line, missing_image, mask}},
+        {{int_inside, flat, mapped_z, open},
+         {too_few_points, depth_off, standard_line, missing_image, mask}},
 
         {{int_inside, colorized, rgb_alpha, open},
-         {too_few_points, opaque_color, standard_line, mask, merging, antialias}},
+         {too_few_points, opaque_color, standard_line, missing_image, mask, merging, antialias}},
         {{int_inside, colorized, rgb, open},
-         {too_few_points, standard_line, mask, merging, antialias}},
-        {{int_inside, colorized, mapped, open}, {too_few_points, standard_line}},  // never masked
+         {too_few_points, standard_line, missing_image, mask, merging, antialias}},
+        {{int_inside, colorized, mapped, open},
+         {too_few_points, standard_line, missing_image}},  // never masked
         {{int_inside, colorized, with_depth, open},
-         {too_few_points, depth_off, standard_line, mask}},
+         {too_few_points, depth_off, standard_line, missing_image, mask}},
 
-        {{int_inside, gouraud, no_depth, open}, {too_few_points, standard_line, mask}},
-        {{int_inside, gouraud, with_depth, open}, {too_few_points, depth_off, standard_line, mask}},
+        {{int_inside, gouraud, no_depth, open},
+         {too_few_points, standard_line, missing_image, mask}},
+        {{int_inside, gouraud, with_depth, open},
+         {too_few_points, depth_off, standard_line, missing_image, mask}},
 
         // Masked routines, many of which are another one. A wide line's pattern is not tested.
         {{int_any, flat, rgb_alpha_z | rgb_z, masked}, {as_colorized}},
-        {{int_inside, flat, mapped_z, masked}, {wide_line}},
-        {{int_inside, flat, rgb_alpha_z, masked}, {wide_line}},
-        {{int_inside, colorized, rgb_alpha | rgb, masked}, {standard_line, merging, antialias}},
+        {{int_inside, flat, mapped_z, masked}, {wide_line, missing_image}},
+        {{int_inside, flat, rgb_alpha_z, masked}, {wide_line, missing_image}},
+        {{int_inside, colorized, rgb_alpha | rgb, masked},
+         {standard_line, missing_image, merging, antialias}},
         {{int_inside, one_colored, rgb_z, masked}, {as_blending}},
         {{int_inside, gouraud, rgb | rgb_z, masked}, {as_blending}},
     });

@@ -12,8 +12,9 @@ namespace {
 // Edges are drawn opaque, whichever variant the strip is drawn in.
 void draw_chain(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
                 const KT_DCI_Point* points) {
-  Strip_Call chain = polyline_call(renderer, rendition, count, points);
-  enter({Layer::int_any, Kind::flat, Variant::rgb_z}, chain);
+  constexpr Routine edges{Layer::int_any, Kind::flat, Variant::rgb_z};
+  Strip_Call chain = polyline_call(renderer, edges.variant(), rendition, count, points);
+  enter(edges, chain);
 }
 
 // Every second point from `first` on.

@@ -19,9 +19,10 @@ void link_at_head(Mask_Cache_Data& cache, Frame_Buffer_Mask& mask) {
   cache.head = &mask;
 }
 
-Frame_Buffer_Mask* find(const Mask_Cache_Data& cache, std::uint32_t contour_id) {
+Frame_Buffer_Mask* find(const Mask_Cache_Data& cache, const KT_Contour_Set& clip, int width,
+                        int height) {
   Frame_Buffer_Mask* mask = cache.head;
-  while (mask && mask->contour_id != contour_id) mask = mask->next;
+  while (mask && !is_mask_of(*mask, clip, width, height)) mask = mask->next;
   return mask;
 }
 
@@ -29,7 +30,7 @@ Frame_Buffer_Mask* find(const Mask_Cache_Data& cache, std::uint32_t contour_id) 
 
 bool select_mask(Mask_Cache_Data& cache, const KT_Contour_Set& clip, int width, int height, int x,
                  int y) {
-  if (Frame_Buffer_Mask* known = find(cache, clip->id)) {
+  if (Frame_Buffer_Mask* known = find(cache, clip, width, height)) {
     unlink(cache, *known);
     link_at_head(cache, *known);
     return true;

@@ -45,8 +45,15 @@ inline Bit_Cursor row_cursor(const Frame_Buffer_Mask& mask, std::int32_t row) {
   return {mask.image->rows[row], 0};
 }
 
-/// Makes the mask of `clip` the head of the cache; always true. Masks are known by contour id;
-/// a full cache gives up the one used least recently.
+/// Whether `mask` is that of `clip` for a window of that size. Renderers of other sizes may share
+/// the cache.
+inline bool is_mask_of(const Frame_Buffer_Mask& mask, const KT_Contour_Set& clip, int width,
+                       int height) {
+  return mask.contour_id == clip->id && mask.image->width == width && mask.image->height == height;
+}
+
+/// Makes the mask of `clip` the head of the cache; always true. A full cache gives up the one used
+/// least recently.
 bool select_mask(Mask_Cache_Data& cache, const KT_Contour_Set& clip, int width, int height, int x,
                  int y);
 
@@ -60,9 +67,10 @@ inline bool mask_in_force(const Software_Z_Buffer& renderer, const KT_Rendition&
   }
   if (!*clip) return false;
   Mask_Cache_Data& cache = *renderer.mask_cache;
-  if (cache.head && cache.head->contour_id == (*clip)->id) return true;
-  return select_mask(cache, *clip, renderer.window_extent.x, renderer.window_extent.y,
-                     renderer.device_origin.x, renderer.device_origin.y);
+  const KT_Int_XY size = renderer.window_extent;
+  if (cache.head && is_mask_of(*cache.head, *clip, size.x, size.y)) return true;
+  return select_mask(cache, *clip, size.x, size.y, renderer.device_origin.x,
+                     renderer.device_origin.y);
 }
 
 }  // namespace zbuffer

@@ -24,7 +24,7 @@ void bind_polymarkers(Software_Z_Buffer& renderer, Variant variant) {
     bind<KT_Action::Draw_2DI_Polymarker>(
         renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, int count,
                      const KT_DCI_Point* points) {
-          Strip_Call markers = polymarker_call(renderer_of(object), with, count, points);
+          Strip_Call markers = polymarker_call(renderer_of(object), v, with, count, points);
           enter_polymarker(v, markers);
         });
   });
@@ -37,7 +37,7 @@ void bind_rgb32_images(Software_Z_Buffer& renderer, Variant variant) {
         renderer,
         [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
            const KT_DCI_Point* end, int stride, const KT_RGB32* pixels, int, const KT_Packing*) {
-          Image_Call image = image_call(renderer_of(object), with, start, end, stride, pixels);
+          Image_Call image = image_call(renderer_of(object), v, with, start, end, stride, pixels);
           enter_image(v, image);
         });
   });
@@ -48,7 +48,7 @@ void bind_index8_images(Software_Z_Buffer& renderer, Variant variant) {
     bind<KT_Action::Draw_DCI_Index8_Image>(
         renderer, [](KT_Renderer_Data* object, const KT_Rendition& with, const KT_DCI_Point* start,
                      const KT_DCI_Point* end, int stride, const std::uint8_t* pixels) {
-          Image_Call image = image_call(renderer_of(object), with, start, end, stride, pixels);
+          Image_Call image = image_call(renderer_of(object), v, with, start, end, stride, pixels);
           enter_image(v, image);
         });
   });

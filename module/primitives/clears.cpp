@@ -39,13 +39,15 @@ void fill_area(const KT_Shared_Image& image, const Area& area, Pixel value) {
 }
 
 template <class Pixel>
-void clear_color(KT_Renderer_Data* object, const KT_Rendition& rendition, Pixel value) {
+void clear_color(KT_Renderer_Data* object, Variant variant, const KT_Rendition& rendition,
+                 Pixel value) {
   const Software_Z_Buffer& renderer = renderer_of(object);
   const KT_Int_Rectangle& clip = rendition->display_context->hard_clip;
   if (rendition->face_attributes->face_pattern != KT_Face_Attributes::solid) {
     KD_Span_DC_Rectangle(object, rendition, clip.left, clip.right, clip.bottom, clip.top);
     return;
   }
+  if (lacks_image(renderer, variant)) return;
   const KT_Shared_Image& image = renderer.color_image;
   Area area = hard_clip_area(renderer, rendition);
   area.x0 = std::max<std::int64_t>(area.x0, 0);
@@ -59,15 +61,17 @@ void clear_color(KT_Renderer_Data* object, const KT_Rendition& rendition, Pixel 
 }  // namespace
 
 void clear_color_direct(KT_Renderer_Data* object, const KT_Rendition& rendition) {
-  clear_color<std::uint32_t>(object, rendition, rendition->material->window_color.word());
+  clear_color<std::uint32_t>(object, Variant::rgb, rendition,
+                             rendition->material->window_color.word());
 }
 
 void clear_color_mapped(KT_Renderer_Data* object, const KT_Rendition& rendition) {
-  clear_color<std::uint8_t>(object, rendition, rendition->material->window_index);
+  clear_color<std::uint8_t>(object, Variant::mapped, rendition, rendition->material->window_index);
 }
 
 void clear_depth(KT_Renderer_Data* object, const KT_Rendition& rendition) {
   const Software_Z_Buffer& renderer = renderer_of(object);
+  if (lacks_depth_image(renderer)) return;
   const Area area = hard_clip_area(renderer, rendition);
   if (area.x1 < area.x0 || area.y1 < area.y0) return;
   fill_area<std::uint16_t>(renderer.depth_image, area, 0xFFFF);

@@ -39,6 +39,7 @@ void draw_mapped(const Software_Z_Buffer& renderer, const KT_Rendition& renditio
 void draw_dot(Variant variant, Software_Z_Buffer& renderer, const KT_Rendition& rendition,
               const KT_DCI_Point& point, const KT_RGB32* color) {
   if (rendition->display_context->depth_enabled == 0) variant = without_depth(variant);
+  if (lacks_image(renderer, variant)) return;
   with_constant(variant, [&]<Variant v>() {
     if constexpr (is_mapped(v)) {
       draw_mapped<v>(renderer, rendition, point, color);

@@ -25,8 +25,9 @@ namespace {
 /// Pixels of a row, cut where the window ends on the right; may be below 1.
 std::int32_t columns(const Image_Call& call) {
   const Software_Z_Buffer& renderer = call.renderer;
-  const std::int32_t last = renderer.device_origin.x + renderer.window_extent.x - 1;
-  return wrapped_sum(wrapped_difference(std::min(call.end.x, last), call.start.x), 1);
+  const std::int64_t last = std::int64_t{renderer.device_origin.x} + renderer.window_extent.x - 1;
+  const auto end = static_cast<std::int32_t>(std::min<std::int64_t>(call.end.x, last));
+  return wrapped_sum(wrapped_difference(end, call.start.x), 1);
 }
 
 // How a source pixel is drawn. `drawn` selects the pixels that are tested against depth.
@@ -203,17 +204,18 @@ constexpr Image_Alpha alpha_of(Variant variant) {
 using enum Variant;
 using enum Entry_Step;
 constexpr auto entry_steps =
-    rule_table<Members<Variant>>(Entry_Steps{mask},
-                                 {{{mapped_z}, {depth_off, mask}},
-                                  {{rgb}, {blending, mask}},
-                                  {{rgb_z}, {blending, depth_off, mask}},
-                                  {{rgb_alpha}, {mask, opaque_image}},
-                                  {{rgb_alpha_z}, {mask, depth_off, opaque_image}}})
+    rule_table<Members<Variant>>(Entry_Steps{missing_image, mask},
+                                 {{{mapped_z}, {depth_off, missing_image, mask}},
+                                  {{rgb}, {blending, missing_image, mask}},
+                                  {{rgb_z}, {blending, depth_off, missing_image, mask}},
+                                  {{rgb_alpha}, {missing_image, mask, opaque_image}},
+                                  {{rgb_alpha_z}, {mask, depth_off, missing_image, opaque_image}}})
         .all();
 
 struct Steps {
-  static bool holds(Entry_Step step, const Image_Call& call) {
-    return step != mask || mask_in_force(call.renderer, call.rendition);
+  static bool holds(Entry_Step step, Variant variant, const Image_Call& call) {
+    if (step == mask) return mask_in_force(call.renderer, call.rendition);
+    return image_step_holds(step, call.renderer, variant);
   }
 
   static void take(Entry_Step step, Variant variant, Image_Call& call) {
@@ -223,9 +225,12 @@ struct Steps {
       case depth_off:
         return enter_image(without_depth(variant), call);
       case mask:
+        if (lacks_image(call.renderer, variant)) return;
         return draw(variant, Masking::masked, alpha_of(variant), call);
+      case opaque_image:
+        return draw(variant, Masking::open, Image_Alpha::ignored, call);
       default:
-        return draw(variant, Masking::open, Image_Alpha::ignored, call);  // opaque_image
+        return;  // missing image
     }
   }
 };
@@ -240,11 +245,12 @@ void enter_image(Variant variant, Image_Call& call) {
   enter_by<Steps, draw_open>(entry_steps[Members<Variant>::index(variant)], variant, call);
 }
 
-Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
+Image_Call image_call(Software_Z_Buffer& renderer, Variant variant, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
                       const void* pixels) {
   constexpr int points = 2;
-  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, points);
+  const Entry_Step_Set held =
+      held_steps<steps_in(entry_steps)>(renderer, variant, rendition, points);
   return {
       {renderer, rendition, held}, *start, *end, stride, static_cast<const std::uint8_t*>(pixels)};
 }

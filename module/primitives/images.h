@@ -18,7 +18,7 @@ struct Image_Call : Call {
 /// ones in mapped.
 void enter_image(Variant variant, Image_Call& image);
 
-Image_Call image_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition,
+Image_Call image_call(Software_Z_Buffer& renderer, Variant variant, const KT_Rendition& rendition,
                       const KT_DCI_Point* start, const KT_DCI_Point* end, int stride,
                       const void* pixels);
 

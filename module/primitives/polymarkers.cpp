@@ -16,15 +16,16 @@ using enum Entry_Step;
 // A symbol goes to the general routine even without points.
 constexpr auto entry_steps =
     rule_table<Members<Variant>>(
-        Entry_Steps{standard_marker, no_points},
-        {{{rgb_alpha}, {opaque_color, standard_marker, no_points}},
-         {{rgb_z}, {depth_off, standard_marker, no_points}},
-         {{rgb_alpha_z}, {opaque_color, depth_off, standard_marker, no_points}}})
+        Entry_Steps{standard_marker, no_points, missing_image},
+        {{{rgb_alpha}, {opaque_color, standard_marker, no_points, missing_image}},
+         {{rgb_z}, {depth_off, standard_marker, no_points, missing_image}},
+         {{rgb_alpha_z}, {opaque_color, depth_off, standard_marker, no_points, missing_image}}})
         .all();
 
 struct Steps {
-  static bool holds(Entry_Step step, const Strip_Call& markers) {
-    return step != opaque_color || markers.material().color.alpha == 255;
+  static bool holds(Entry_Step step, Variant variant, const Strip_Call& markers) {
+    if (step == opaque_color) return markers.material().color.alpha == 255;
+    return image_step_holds(step, markers.renderer, variant);
   }
 
   static void take(Entry_Step step, Variant variant, Strip_Call& markers) {
@@ -37,7 +38,7 @@ struct Steps {
         return KD_Standard_Draw_2DI_Polymarker(&markers.renderer, markers.rendition, markers.count,
                                                markers.points);
       default:
-        return;  // no points
+        return;  // no points, missing image
     }
   }
 };
@@ -74,9 +75,10 @@ void enter_polymarker(Variant variant, Strip_Call& markers) {
   enter_by<Steps, draw>(entry_steps[Members<Variant>::index(variant)], variant, markers);
 }
 
-Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                           const KT_DCI_Point* points) {
-  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, count);
+Strip_Call polymarker_call(Software_Z_Buffer& renderer, Variant variant,
+                           const KT_Rendition& rendition, int count, const KT_DCI_Point* points) {
+  const Entry_Step_Set held =
+      held_steps<steps_in(entry_steps)>(renderer, variant, rendition, count);
   return {{renderer, rendition, held}, count, points, nullptr};
 }
 

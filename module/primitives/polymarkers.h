@@ -9,7 +9,7 @@ namespace zbuffer::primitives {
 void enter_polymarker(Variant variant, Strip_Call& markers);
 
 /// A call of it.
-Strip_Call polymarker_call(Software_Z_Buffer& renderer, const KT_Rendition& rendition, int count,
-                           const KT_DCI_Point* points);
+Strip_Call polymarker_call(Software_Z_Buffer& renderer, Variant variant,
+                           const KT_Rendition& rendition, int count, const KT_DCI_Point* points);
 
 }  // namespace zbuffer::primitives

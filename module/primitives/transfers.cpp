@@ -1,6 +1,7 @@
 // Read-backs of colour and depth, and depth written from outside, by rows from the top down.
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "module/primitives/frame_services.h"
 
@@ -31,14 +32,16 @@ void prepare_target(KT_Shared_Image& image, std::int32_t width, std::int32_t hei
   image = KT_Shared_Image(width, height, format, row_bytes, nullptr, false);
 }
 
+// Whether a row of `width` pixels has a length.
+bool is_row(std::int32_t width, std::int32_t pixel_bytes) {
+  return width <= std::numeric_limits<std::int32_t>::max() / pixel_bytes;
+}
+
 // Reads a rectangle that the caller has kept inside the frame.
-void get_trusted(const KT_Shared_Image& frame, const Transfer_Area& area, KT_Image_Format asked,
-                 KT_Image_Format own, std::int32_t pixel_bytes, KT_Shared_Image& image) {
-  if (!accepted(asked, own)) {
-    image.release();
-    return;
-  }
+void get_trusted(const KT_Shared_Image& frame, const Transfer_Area& area, KT_Image_Format own,
+                 std::int32_t pixel_bytes, KT_Shared_Image& image) {
   if (area.empty()) return;
+  if (!is_row(area.width, pixel_bytes)) return image.release();
   const std::int32_t bytes = area.width * pixel_bytes;
   prepare_target(image, area.width, area.height, own, bytes);
   std::uint8_t* to = image->scan_lines[0];
@@ -83,7 +86,8 @@ void get_into_kept(const KT_Shared_Image& frame, const Transfer_Area& area, KT_S
 // The first row is held against the height of the request, not of the frame. A cut on the left
 // shortens the rows and does not move them.
 void get_clipped(const KT_Shared_Image& frame, const Transfer_Area& area, KT_Shared_Image& image) {
-  const std::int32_t row_bytes = as_signed(as_word(area.width) * direct_pixel_bytes);
+  if (!is_row(area.width, direct_pixel_bytes)) return image.release();
+  const std::int32_t row_bytes = area.width * direct_pixel_bytes;
   prepare_target(image, area.width, area.height, KT_Image_Format::rgb32, row_bytes);
   std::int32_t x = area.x;
   std::int64_t bytes = row_bytes;
@@ -109,9 +113,8 @@ void get_image_direct(KT_Renderer_Data* object, const KT_Rendition&, const KT_DC
                       const KT_DCI_Point* end, const KT_Image_Format* format,
                       KT_Shared_Image* image) {
   const Software_Z_Buffer& renderer = renderer_of(object);
-  if (!accepted(*format, KT_Image_Format::rgb32)) {
-    image->release();
-    return;
+  if (lacks_image(renderer, Variant::rgb) || !accepted(*format, KT_Image_Format::rgb32)) {
+    return image->release();
   }
   const Transfer_Area area(renderer, *start, *end);
   if (area.empty()) return;
@@ -126,20 +129,27 @@ void get_image_mapped(KT_Renderer_Data* object, const KT_Rendition&, const KT_DC
                       const KT_DCI_Point* end, const KT_Image_Format* format,
                       KT_Shared_Image* image) {
   const Software_Z_Buffer& renderer = renderer_of(object);
-  get_trusted(renderer.color_image, Transfer_Area(renderer, *start, *end), *format,
-              KT_Image_Format::mapped, 1, *image);
+  if (lacks_image(renderer, Variant::mapped) || !accepted(*format, KT_Image_Format::mapped)) {
+    return image->release();
+  }
+  get_trusted(renderer.color_image, Transfer_Area(renderer, *start, *end), KT_Image_Format::mapped,
+              1, *image);
 }
 
 void get_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point* start,
                const KT_DCI_Point* end, const KT_Image_Format* format, KT_Shared_Image* image) {
   const Software_Z_Buffer& renderer = renderer_of(object);
-  get_trusted(renderer.depth_image, Transfer_Area(renderer, *start, *end), *format,
-              KT_Image_Format::depth, depth_pixel_bytes, *image);
+  if (lacks_depth_image(renderer) || !accepted(*format, KT_Image_Format::depth)) {
+    return image->release();
+  }
+  get_trusted(renderer.depth_image, Transfer_Area(renderer, *start, *end), KT_Image_Format::depth,
+              depth_pixel_bytes, *image);
 }
 
 void put_depth(KT_Renderer_Data* object, const KT_Rendition&, const KT_DCI_Point* start,
                const KT_DCI_Point* end, int stride, const std::uint16_t* pixels) {
   const Software_Z_Buffer& renderer = renderer_of(object);
+  if (lacks_depth_image(renderer)) return;
   const Transfer_Area area(renderer, *start, *end);
   const std::int64_t right = std::min<std::int64_t>(
       end->x, std::int64_t{renderer.device_origin.x} + renderer.window_extent.x - 1);

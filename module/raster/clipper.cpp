@@ -37,7 +37,7 @@ struct Bounds {
 };
 
 std::uint8_t truncated_byte(double value) {
-  return static_cast<std::uint8_t>(static_cast<int>(std::clamp(value, 0.0, 255.0)));
+  return static_cast<std::uint8_t>(truncated(std::clamp(value, 0.0, 255.0)));
 }
 
 double between(double a, double b, double t) {

@@ -12,7 +12,8 @@ void draw_action(KT_Renderer_Data* object, const KT_Rendition& rendition, int co
                  const Point* points, const KT_RGB32* colors, const KT_Parameter* parameters,
                  int parameter_width, const float* extra_floats, const KT_Vector* vectors) {
   Software_Z_Buffer& renderer = renderer_of(object);
-  const Entry_Step_Set held = held_steps<steps_in(entry_steps)>(renderer, rendition, count);
+  const Entry_Step_Set held =
+      held_steps<steps_in(entry_steps)>(renderer, variant_of(set), rendition, count);
   Strip_Call strip{{renderer, rendition, held}, count, nullptr, nullptr, colors};
   if constexpr (std::is_same_v<Point, KT_Point>) {
     strip.floats = points;

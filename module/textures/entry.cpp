@@ -39,7 +39,10 @@ void call_standard(Textured_Routine r, const Textured_Call& s) {
 }
 
 struct Steps {
-  static bool holds(Entry_Step, const Textured_Call&) { return true; }
+  static bool holds(Entry_Step step, Textured_Routine r, const Textured_Call& strip) {
+    if (step == Entry_Step::kept_standard) return !has_depth(strip.renderer.variant);
+    return image_step_holds(step, strip.renderer, variant_of(r.set()), strip.count);
+  }
 
   static void take(Entry_Step step, Textured_Routine r, Textured_Call& strip) {
     switch (step) {
@@ -47,12 +50,14 @@ struct Steps {
         return lines::draw_strip_edges(strip);
       case Entry_Step::blending:
         return enter(r.in(Texture_Set::rgb_alpha_z), strip);
+      case Entry_Step::kept_standard:
+        return call_standard(r, strip);
       case Entry_Step::depth_off_standard:
         strip.extra_floats = nullptr;
         strip.vectors = nullptr;
         return call_standard(r, strip);
       default:
-        return;  // nothing to draw
+        return;  // nothing to draw, missing image
     }
   }
 };

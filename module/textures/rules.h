@@ -34,6 +34,12 @@ constexpr bool is_indexed(Texture_Set set) {
   return set == Texture_Set::mapped_z || set == Texture_Set::cut_out;
 }
 
+/// The variant that a set belongs to.
+constexpr Variant variant_of(Texture_Set set) {
+  if (is_indexed(set)) return Variant::mapped_z;
+  return set == Texture_Set::rgb_z ? Variant::rgb_z : Variant::rgb_alpha_z;
+}
+
 struct Member {
   Texture_Set set;
   Texturing texturing;
@@ -119,6 +125,7 @@ inline constexpr Any<Texture_Set> indexed = mapped_z | cut_out;
 inline constexpr Any<Texture_Set> direct = rgb_z | rgb_alpha_z;
 inline constexpr Any<Texturing> decided = plain | modulated | lit;
 inline constexpr Any<Layer> inside_layers = float_inside | int_inside;
+inline constexpr Any<Layer> any_layers = float_any | int_any;
 
 // At the hard clip `RGB_Alpha_Z` writes depth before it looks at alpha.
 inline constexpr auto transparent =
@@ -155,18 +162,21 @@ inline constexpr auto colors = rule_table<Textured_Routines>(
 
 using enum Entry_Step;
 inline constexpr auto entry_steps = rule_table<Textured_Routines>(
-    Entry_Steps{},
+    Entry_Steps{missing_image},
     {
         // Actions.
-        {{rgb_z, undecided}, {edges, blending}},
-        {{rgb_alpha_z, inside_layers, undecided}, {edges}},
+        {{indexed, undecided}, {kept_standard}},
+        {{rgb_z, undecided}, {kept_standard, edges, blending}},
+        {{rgb_alpha_z, inside_layers, undecided}, {kept_standard, edges}},
+        {{rgb_alpha_z, any_layers, undecided}, {kept_standard}},
 
         // Layers below them.
-        {{indexed, int_any, decided}, {nothing_to_draw, depth_off_standard}},
-        {{rgb_z, inside_layers, decided}, {blending}},
-        {{rgb_z, int_any, decided}, {nothing_to_draw}},
-        {{rgb_alpha_z, int_any, plain}, {nothing_to_draw}},  // filled even with the edge bit
-        {{rgb_alpha_z, int_any, modulated}, {edges, nothing_to_draw}},
+        {{indexed, int_any, decided}, {nothing_to_draw, depth_off_standard, missing_image}},
+        {{rgb_z, inside_layers, decided}, {blending, missing_image}},
+        {{rgb_z, int_any, decided}, {nothing_to_draw, missing_image}},
+        // Plain, a strip is filled even with the edge bit.
+        {{rgb_alpha_z, int_any, plain}, {nothing_to_draw, missing_image}},
+        {{rgb_alpha_z, int_any, modulated}, {edges, nothing_to_draw, missing_image}},
     });
 
 }  // namespace rules

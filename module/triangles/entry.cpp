@@ -59,8 +59,9 @@ void draw_inside(Routine r, Strip_Call& strip) {
 }
 
 struct Steps {
-  static bool holds(Entry_Step step, const Strip_Call& strip) {
-    return step != Entry_Step::mask || mask_in_force(strip.renderer, strip.rendition);
+  static bool holds(Entry_Step step, Routine r, const Strip_Call& strip) {
+    if (step == Entry_Step::mask) return mask_in_force(strip.renderer, strip.rendition);
+    return image_step_holds(step, strip.renderer, r.variant(), strip.count);
   }
 
   static void take(Entry_Step step, Routine r, Strip_Call& strip) {
@@ -70,8 +71,9 @@ struct Steps {
         return enter(r.in(with_alpha(r.variant())), strip);
       case Entry_Step::blending_filled:
         // The steps of the blending variant after its edge step, and its scan.
-        return enter_by<Steps, draw_inside>({Entry_Step::standard_pattern, Entry_Step::depth_off},
-                                            r.in(with_alpha(r.variant())), strip);
+        return enter_by<Steps, draw_inside>(
+            {Entry_Step::standard_pattern, Entry_Step::depth_off, Entry_Step::missing_image},
+            r.in(with_alpha(r.variant())), strip);
       case Entry_Step::merging_opaque: {
         KT_RGB32 color = *strip.colors;
         color.alpha = 255;
@@ -87,7 +89,7 @@ struct Steps {
       case Entry_Step::mask:
         return enter(r.masked(), strip);
       default:
-        return;  // nothing to draw
+        return;  // nothing to draw, missing image
     }
   }
 };

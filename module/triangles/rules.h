@@ -133,8 +133,8 @@ inline constexpr auto point_z = rule_table<Routines>(
     Point_Z::rounded, {{{float_inside, rgb_alpha | rgb | mapped}, Point_Z::left_out}});
 
 // Flat actions of direct colour have their own few steps and then are colorized ones. With points
-// inside, neither image nor count is looked at. Masked routines come after these tests; only
-// `RGB` may still blend there.
+// inside the count is not looked at. Whether an image is missing is tested where points are whole,
+// after depth has been. Masked routines come after these tests; only `RGB` may still blend there.
 inline constexpr Any<Kind> shaded = colorized | gouraud;
 using enum Entry_Step;
 inline constexpr auto entry_steps = rule_table<Routines>(
@@ -157,29 +157,35 @@ inline constexpr auto entry_steps = rule_table<Routines>(
         {{float_inside, shaded, rgb_alpha, open}, {standard_pattern}},
         {{float_inside, shaded, rgb_alpha_z, open}, {standard_pattern, depth_off}},
 
-        {{int_any, mapped, open}, {standard_pattern, nothing_to_draw, mask}},
-        {{int_any, mapped_z, open}, {standard_pattern, nothing_to_draw, depth_off, mask}},
+        {{int_any, mapped, open}, {standard_pattern, nothing_to_draw, missing_image, mask}},
+        {{int_any, mapped_z, open},
+         {standard_pattern, nothing_to_draw, depth_off, missing_image, mask}},
         {{int_any, flat, rgb, open}, {merging_opaque}},
-        {{int_any, colorized, rgb, open}, {blending, standard_pattern, nothing_to_draw, mask}},
-        {{int_any, gouraud, rgb, open}, {standard_pattern, nothing_to_draw, mask}},
+        {{int_any, colorized, rgb, open},
+         {blending, standard_pattern, nothing_to_draw, missing_image, mask}},
+        {{int_any, gouraud, rgb, open}, {standard_pattern, nothing_to_draw, missing_image, mask}},
         {{int_any, shaded, rgb_z, open},
-         {edges, blending, standard_pattern, nothing_to_draw, depth_off, mask}},
-        {{int_any, shaded, rgb_alpha, open}, {standard_pattern, nothing_to_draw, mask}},
+         {edges, blending, standard_pattern, nothing_to_draw, depth_off, missing_image, mask}},
+        {{int_any, shaded, rgb_alpha, open},
+         {standard_pattern, nothing_to_draw, missing_image, mask}},
         {{int_any, shaded, rgb_alpha_z, open},  // never masked
-         {edges, standard_pattern, nothing_to_draw, depth_off}},
+         {edges, standard_pattern, nothing_to_draw, depth_off, missing_image}},
 
-        {{int_inside, mapped, open}, {standard_pattern, mask}},
-        {{int_inside, mapped_z, open}, {standard_pattern, depth_off, mask}},
+        {{int_inside, mapped, open}, {standard_pattern, missing_image, mask}},
+        {{int_inside, mapped_z, open}, {standard_pattern, depth_off, missing_image, mask}},
         {{int_inside, flat, rgb, open}, {blending, merging_opaque}},
         {{int_inside, flat, rgb_z, open}, {blending}},
-        {{int_inside, colorized, rgb, open}, {blending, standard_pattern, merging, mask}},
-        {{int_inside, gouraud, rgb, open}, {blending, standard_pattern, mask}},
+        {{int_inside, colorized, rgb, open},
+         {blending, standard_pattern, missing_image, merging, mask}},
+        {{int_inside, gouraud, rgb, open}, {blending, standard_pattern, missing_image, mask}},
         // With both bits set a colorized call blends and a Gouraud call draws edges.
         {{int_inside, colorized, rgb_z, open},
-         {blending_filled, edges, standard_pattern, depth_off, mask}},
-        {{int_inside, gouraud, rgb_z, open}, {edges, blending, standard_pattern, depth_off, mask}},
-        {{int_inside, shaded, rgb_alpha, open}, {standard_pattern, mask}},
-        {{int_inside, shaded, rgb_alpha_z, open}, {edges, standard_pattern, depth_off}},
+         {blending_filled, edges, standard_pattern, depth_off, missing_image, mask}},
+        {{int_inside, gouraud, rgb_z, open},
+         {edges, blending, standard_pattern, depth_off, missing_image, mask}},
+        {{int_inside, shaded, rgb_alpha, open}, {standard_pattern, missing_image, mask}},
+        {{int_inside, shaded, rgb_alpha_z, open},
+         {edges, standard_pattern, depth_off, missing_image}},
 
         {{int_inside, colorized, rgb, masked}, {blending, merging}},
         {{int_inside, gouraud, rgb, masked}, {blending}},

@@ -1,6 +1,8 @@
 // Making a renderer: its options, and that a failure halfway leaves nothing behind.
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "tests/support/session.h"
 
 namespace {
@@ -32,6 +34,26 @@ TEST_F(Construction, OptionsHaveTheirDefaultsInBothTables) {
     const bool current = table == &renderer->current_option_table;
     EXPECT_EQ(value(L"ZBuffer Test").pointer() != nullptr, current);
     EXPECT_EQ(value(L"ZBuffer Write").pointer() != nullptr, current);
+  }
+  const KT_Renderer_Options& declared = renderer->declared_options;
+  EXPECT_EQ(declared.buffer_depth(), 16);
+  EXPECT_TRUE(declared.backing_store() && declared.supports_complex_clip());
+  EXPECT_EQ(renderer->clone(), nullptr);
+}
+
+// The general routines that a renderer leaves bound, and no other.
+TEST_F(Construction, BindsGeneralRoutinesToTexturesAndMarkersAlone) {
+  const auto renderer = module.make_renderer(nullptr);
+  std::map<KT_Action, void (*)()> bound;
+#define IS_BOUND(name, signature) \
+  bound[KT_Action::name] = reinterpret_cast<void (*)()>(&KD_Standard_##name);
+  KORVEL_STANDARD_TEXTURED_POLYTRIANGLES(IS_BOUND)
+  IS_BOUND(Draw_2DI_Polymarker, )
+  for (int i = 0; i < static_cast<int>(KT_Action::Create_Frame_Buffer); ++i) {
+    const KT_Action_Record& record = renderer->actions.records[i];
+    const auto general = bound.find(static_cast<KT_Action>(i));
+    ASSERT_EQ(record.valid, general != bound.end()) << "action " << i;
+    EXPECT_TRUE(!record.valid || record.function == general->second) << "action " << i;
   }
 }
 

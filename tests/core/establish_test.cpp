@@ -152,6 +152,20 @@ TEST(Establish, KeepsImagesThatFit) {
   EXPECT_EQ(session.option(L"Depth Buffer").value->pointer(), nullptr);
 }
 
+TEST(Establish, LocalCoordinatesBeginAtTheWindow) {
+  for (const bool local : {false, true}) {
+    Session session({.origin = {5, 3}, .padding = 0});
+    session.options().set_local_coordinates(local);
+    session.establish();
+    session.display().hard_clip = {0, 11, 0, 7};  // cut to the image
+    session.actions().call<Clear_Color>(session.rendition);
+    const std::string whole(12, '#'), left = "#######.....", none(12, '.');
+    EXPECT_EQ(drawn(*session.color),
+              local ? std::vector(8, whole)
+                    : (std::vector{none, none, none, left, left, left, left, left}));
+  }
+}
+
 TEST(Establish, AGivenImageReplacesTheOneInUseIfItFits) {
   Session session;
   for (const KT_Int_XY size : {KT_Int_XY{12, 8}, KT_Int_XY{12, 9}}) {
@@ -161,6 +175,10 @@ TEST(Establish, AGivenImageReplacesTheOneInUseIfItFits) {
     session.establish();
     EXPECT_EQ(session.renderer().color_image == given, size.y == 8);
     EXPECT_EQ(option.value->pointer(), session.renderer().color_image.get());
+    const auto* in_use = session.renderer().color_image.get();
+    option.set(KT_Option_Value(nullptr));  // taken out, it stays in use
+    session.establish();
+    EXPECT_EQ(session.renderer().color_image.get(), in_use);
   }
   // An unknown colour system takes any format, and makes mapped images.
   session.options().set_color_system(static_cast<KT_Color_System>(2));
@@ -183,7 +201,9 @@ TEST(Establish, MergeColours) {
     searched.clear();
     session.establish();
   };
+  const std::int32_t scale = session.options().palette()->color_cube->red_scale;
   with_key({two, 2, nullptr}, 255, 255, 255);
+  EXPECT_EQ(renderer.color_cube.red_scale, scale);  // of the last palette that had a cube
   EXPECT_EQ(renderer.merge_background_index, 1);
   EXPECT_EQ(renderer.merge_substitute_index, 0);
   EXPECT_EQ(searched.size(), 27U);  // of 255, 250, ... 125 is the first nearer to black
@@ -204,6 +224,9 @@ TEST(Establish, MergeColours) {
   EXPECT_EQ(searched[2], (KT_RGB32{13, 248, 110, 255}));
   EXPECT_EQ(renderer.merge_substitute_color, (KT_RGB32{1, 10, 44, 255}));
   with_key({&mixed, 1, nullptr}, 1, 2, 200);
+  with_key({two, 2, nullptr}, 255, 255, 255);
+  with_key({}, 1, 2, 200);  // without a palette the indices stay
+  EXPECT_EQ(renderer.merge_background_index, 1);
   EXPECT_EQ(renderer.merge_substitute_color, (KT_RGB32{199, 2, 1, 255}));
 }
 

@@ -119,6 +119,35 @@ TEST_F(Installed, holds_everything_in_its_place) {
   EXPECT_EQ(found("application.h"), prefix / "include/korvel12/host/application.h");
 }
 
+// An empty entry, as in "/folder:", is the working directory.
+TEST_F(Installed, nothing_is_loaded_from_the_working_directory) {
+  std::istringstream paths(output_of(
+      "find " + quoted(BUILD_TREE) + " " + quoted(path("prefix")) +
+      " -type f \\( -perm -u+x -o -name '*.so.*' -o -name '*.kvd' \\) -exec readelf -d {} + "
+      "2>/dev/null | sed -n 's/.*(R.*PATH).*\\[\\(.*\\)\\]/\\1/p' | sed 's/:/\\n/g' | sort -u"));
+  std::vector<std::string> entries;
+  for (std::string entry; std::getline(paths, entry); entries.push_back(entry))
+    EXPECT_TRUE(entry.starts_with("/") || entry.starts_with("$ORIGIN/")) << quoted(entry);
+  EXPECT_GE(entries.size(), 3u);
+}
+
+TEST_F(Installed, library_exports_the_contract_alone) {
+  output_of("nm -DC --defined-only " + quoted(found("libkorvel12.so").string()) +
+            " | sed -E '/ V (vtable|typeinfo|typeinfo name) for KT_/d; s/^[0-9a-f]+ [A-Z] //'"
+            " | LC_ALL=C sort -u | diff " EXPORTS " -");
+}
+
+TEST_F(Installed, flags_of_the_builder_are_kept) {
+  const std::string build = path("flags");
+  output_of(std::string(CMAKE_PROGRAM) + " -S " SOURCES " -B " + quoted(build) +
+            " -G Ninja -DCMAKE_CXX_COMPILER=" CXX_COMPILER
+            " -DZB_TESTS=OFF -DZB_BENCHMARKS=OFF"
+            " -DCMAKE_CXX_FLAGS=-DFIRST -DCMAKE_CXX_FLAGS_RELEASE='-O2 -DSECOND'");
+  const std::string commands = read(build + "/compile_commands.json");
+  EXPECT_THAT(commands, HasSubstr(" -DFIRST -O2 -DSECOND "));
+  EXPECT_THAT(commands, testing::Not(HasSubstr(" -O3")));
+}
+
 TEST_F(Installed, program_finds_its_module) {
   std::ofstream(path("sheet.obj")) << "v -1 0 0\nv 1 0 0\nv 0 2 0\nf 1 2 3\n";
   output_of(found("kvdraw").string() + " " + path("sheet.obj") + " -o " + path("sheet.png") +
@@ -155,8 +184,8 @@ TEST_F(Installed, pkg_config_builds_the_example) {
   const fs::path modules = pkg_config("--variable=moduledir korvel12");
   EXPECT_TRUE(fs::equivalent(modules / "software_z_buffer.kvd", found("software_z_buffer.kvd")));
   EXPECT_THAT(pkg_config("--modversion korvel12"), HasSubstr("1."));
-  output_of(std::string(CXX_COMPILER) + " -std=c++20 " + CXX_FLAGS + " -DMODULE='\"\"' " +
-            EXAMPLES + "/draw_strip.cpp -o " + path("draw_strip") + " " +
+  output_of(std::string(CXX_COMPILER) + " " + CXX_FLAGS + " -DMODULE='\"\"' " + EXAMPLES +
+            "/draw_strip.cpp -o " + path("draw_strip") + " " +
             pkg_config("--cflags --libs korvel12 libpng"));
   output_of("LD_LIBRARY_PATH=" + quoted(found("libkorvel12.so").parent_path().string()) + " " +
             path("draw_strip") + " " + path("strip2.png") + " " +

@@ -71,4 +71,17 @@ TEST_F(Mask_Cache, TheLeastRecentlyUsedOfFourGoes) {
   EXPECT_TRUE(session.color->touched(1, 0) && !session.color->touched(0, 0));
 }
 
+// Renderers that share the cache may have windows of other sizes.
+TEST_F(Mask_Cache, AMaskOfAnotherSizeIsNotFound) {
+  Session wide({.size = {70, 40}, .use_mask = true, .source = &session.renderer()});
+  session.establish();
+  use('B');
+  wide.display().complex_clip = clips['B'];
+  draw(wide, Layer::int_any, Kind::flat, strip_of({{0, 0, 9}, {69, 0, 9}, {0, 39, 9}}));
+  EXPECT_TRUE(wide.color->touched(1, 5) && !wide.color->touched(2, 5));
+  EXPECT_EQ(session.renderer().mask_cache->count, 2);
+  EXPECT_NE(use('B'), wide.renderer().mask_cache->tail);
+  EXPECT_EQ(order(), "BB");
+}
+
 }  // namespace

@@ -25,6 +25,14 @@ TEST(Option_Table, CarriesOnlyWhatChangedAndOnce) {
   to.find(L"Changed")->set(KT_Option_Value(8));
   from.carry_changes_to(to);
   EXPECT_EQ(to.find(L"Changed")->value->as_int(), 8);
+  // A value may also be written in place, alone or shared since it was carried.
+  for (const int written : {9, 10}) {
+    *static_cast<int*>(from.find(L"Changed")->value.writable().data) = written;
+    EXPECT_LT(to.find(L"Changed")->value->as_int(), written);
+    from.carry_changes_to(to);
+    EXPECT_EQ(to.find(L"Changed")->value->as_int(), written);
+  }
+  EXPECT_EQ(to.find(L"Kept")->value->as_int(), 1);
 }
 
 TEST(Option_Table, RenderersShareOptionsOfSharedScopeAlone) {
