@@ -36,6 +36,18 @@ TEST(Strips, CoverByTheFillRule) {
   }
 }
 
+TEST(Strips, ReachAsFarAsAHardClipWithoutEnd) {
+  Session session;
+  Pixels pictures[2];
+  for (const int end : {11, INT32_MAX}) {
+    session.display().hard_clip = {0, end, 0, end};
+    session.clear();
+    draw(session, Layer::int_any, Kind::flat, strip_of({{-5, 2, 9}, {9, 2, 9}, {3, 7, 9}}));
+    pictures[end == 11] = session.color->pixels();
+  }
+  EXPECT_TRUE(same_pixels(pictures[0], pictures[1], 12));
+}
+
 Strip zigzag(int count, bool inside) {
   Strip strip;
   for (int i = 0; i < count; ++i) {
