@@ -42,7 +42,15 @@ struct Drawing {
 };
 #define DRAWING(name, signature) \
   {#name, [](const Session& of) { call<KT_Action::name>(of, static_cast<signature*>(nullptr)); }},
-const Drawing drawings[] = {KORVEL_ACTIONS(DRAWING)};
+/// Another configuration and back, with images of its own, as one more way to draw.
+void configure(const Session& of) {
+  for (const KT_Int_XY extent : {KT_Int_XY{9, 9}, size}) {
+    of.options().set_window({}, extent);
+    of.establish();
+  }
+  of.actions().call<KT_Action::Draw_2DI_Polytriangle>(of.rendition, 5, elements<KT_DCI_Point>);
+}
+const Drawing drawings[] = {KORVEL_ACTIONS(DRAWING){"configure", configure}};
 
 /// Points, inside the window or beyond it, and arrays of no particular content.
 void fill_elements(int reach) {
@@ -80,7 +88,7 @@ void (*const looks[])(Session&) = {
       of.rendition.edit(&KT_Rendition_Data::marker_attributes).marker_symbol = 3;
     }};
 
-/// How often each record of the rendition, the images and three options are held.
+/// How often the records of the rendition, the images and two options are held.
 std::vector<std::uint32_t> references(const Session& of) {
   std::vector<std::uint32_t> counts;
   const auto add = [&](const auto&... handles) {
@@ -88,11 +96,8 @@ std::vector<std::uint32_t> references(const Session& of) {
   };
   const KT_Rendition_Data& r = *of.rendition;
   add(of.rendition, r.display_context, r.material, r.line_attributes, r.face_attributes,
-      r.marker_attributes, r.misc_attributes, r.material->basic_material,
-      r.display_context->complex_clip, of.color, of.depth);
-  for (const wchar_t* name : {L"Color Buffer", L"Mask Cache", L"Use Mask"}) {
-    add(of.option(name).value);
-  }
+      r.misc_attributes, r.material->basic_material, r.display_context->complex_clip, of.color,
+      of.depth, of.option(L"Color Buffer").value, of.option(L"Mask Cache").value);
   return counts;
 }
 
@@ -104,16 +109,21 @@ Picture picture(Session& of, const Drawing& drawing) {
   return {of.color->pixels(), of.depth ? of.depth->pixels() : Pixels()};
 }
 
-/// Draws without one allocation; false when the call needs no more than those ahead of it. An
-/// exception leaves the two fields that a call changes for its time; the host establishes anew.
+/// Configures anew, which empties the mask cache. The renderer may be back at an earlier image.
+void settle(Session& of) {
+  of.renderer().edge_depth_offset = 0;  // an exception leaves what a call changes for its time
+  of.options().set_window({}, size);
+  of.establish();
+  of.color.reset(static_cast<Guarded_Image*>(of.renderer().color_image.get()));
+}
+
+/// Draws without one allocation; false when the call needs no more than those ahead of it.
 bool refused(const Session& of, const Drawing& drawing, int granted, heap::Refusal how) {
   const heap::Exhausted once(granted, how, 1);
   try {
     drawing.draw(of);
   } catch (const std::bad_alloc&) {
   }
-  of.renderer().edge_depth_offset = 0;
-  of.renderer().device_origin = {};
   target.release();
   return once.refused();
 }
@@ -122,22 +132,23 @@ bool refused(const Session& of, const Drawing& drawing, int granted, heap::Refus
 int refuse_each(Session& of, const Drawing& drawing, heap::Refusal how) {
   int granted = 0;
   const Picture expected = picture(of, drawing);
-  of.establish();  // empties the mask cache
+  settle(of);
   const auto held = references(of);
   const long live = heap::live();
   for (; refused(of, drawing, granted, how); ++granted) {
-    of.establish();
+    settle(of);
     EXPECT_EQ(references(of), held) << drawing.name << " without allocation " << granted;
     EXPECT_EQ(heap::live(), live) << drawing.name << " without allocation " << granted;
-    refused(of, drawing, granted, how);  // what is left of it is not taken for a mask, either
+    refused(of, drawing, granted, how);  // a mask that was begun is not taken for one, either
+    of.renderer().edge_depth_offset = 0;
     EXPECT_EQ(picture(of, drawing), expected) << drawing.name << " without allocation " << granted;
-    of.establish();
+    settle(of);
     if (testing::Test::HasFailure()) break;
   }
   return granted;
 }
 
-TEST(Allocation, MayFailOnceInEveryAction) {
+TEST(Allocation, MayFailOnceInEveryActionAndConfiguration) {
   const KT_Shared_Image image(4, 4, KT_Image_Format::rgb32, 16, elements<KT_RGB32>, false);
   int refusals = 0;
   for (const Variant variant : all_variants) {
@@ -161,60 +172,6 @@ TEST(Allocation, MayFailOnceInEveryAction) {
   }
   RecordProperty("refusals", refusals);
   EXPECT_GT(refusals, 10000);
-}
-
-/// The picture of a renderer of its own images, of which a configuration was refused an allocation.
-Pixels refused_configuration(const KT_Renderer_Module& module, int granted, heap::Refusal how,
-                             bool& any) {
-  const auto renderer = module.make_renderer(nullptr);
-  KT_Renderer_Options& options = renderer->options();
-  const auto establish = [&](KT_Int_XY extent, int depth) {
-    options.set_window({}, extent);
-    options.set_buffer_depth(depth);
-    renderer->establish();
-  };
-  establish({9, 9}, 0);
-  renderer->option_table().find(L"Use Mask")->set(KT_Option_Value(true));
-  {
-    const heap::Exhausted once(granted, how, 1);
-    try {
-      establish(size, 16);
-    } catch (const std::bad_alloc&) {
-    }
-    any = once.refused();
-  }
-  establish(size, 16);
-  KT_Rendition rendition = KD_Default_Rendition({0, size.x - 1, 0, size.y - 1});
-  rendition.edit(&KT_Rendition_Data::display_context).complex_clip =
-      contour({{2, 2, 0}, {38, 4, 0}, {20, 29, 0}});
-  renderer->actions.call<KT_Action::Clear_Color>(rendition);
-  renderer->actions.call<KT_Action::Clear_Depth>(rendition);
-  renderer->actions.call<KT_Action::Draw_2DI_Polytriangle>(rendition, 5, elements<KT_DCI_Point>);
-  KT_Shared_Image read;
-  const KT_DCI_Point top_left{0, size.y - 1, 0}, bottom_right{size.x - 1, 0, 0};
-  renderer->actions.call<KT_Action::Get_Image>(rendition, &top_left, &bottom_right,
-                                               elements<KT_Image_Format>, &read);
-  const auto* pixels = read->row<std::uint32_t>(size.y - 1);
-  return {pixels, pixels + size.x * size.y};
-}
-
-TEST(Allocation, MayFailOnceInAConfiguration) {
-  KT_Renderer_Module module;
-  std::string error;
-  ASSERT_TRUE(module.load(TEST_MODULE, error)) << error;
-  count = 5;
-  fill_elements(3);
-  bool any = true;
-  const Pixels expected = refused_configuration(module, INT_MAX, heap::Refusal::by_null, any);
-  for (const heap::Refusal how : {heap::Refusal::by_null, heap::Refusal::by_exception}) {
-    const long live = heap::live();
-    int granted = 0;
-    for (any = true; any; ++granted) {
-      EXPECT_EQ(refused_configuration(module, granted, how, any), expected) << granted;
-      EXPECT_EQ(heap::live(), live) << granted;
-    }
-    EXPECT_GT(granted, 5);  // two images, the cache, values of options
-  }
 }
 
 }  // namespace
