@@ -59,7 +59,7 @@ void fill_elements(int reach) {
     const int x = i * reach * size.x / count, y = i % 2 * reach * (size.y - 1), z = i * 9;
     elements<KT_DCI_Point>[i] = {x, y, z};
     elements<KT_Point>[i] = {float(x), float(y), float(z)};
-    elements<KT_Point_D>[i] = {i == 3 ? 3e9 : x, double(y), double(z)};
+    elements<KT_Point_D>[i] = {i == 3 && count == most ? 3e9 : x, double(y), double(z)};
     elements<KT_RGB32>[i] = KT_RGB32::from_word(0x80000000u + unsigned(i) * 0x30507);
     elements<KT_Vector>[i] = {0, 0, 1};
     elements<float>[i] = 1;

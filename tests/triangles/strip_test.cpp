@@ -48,6 +48,20 @@ TEST(Strips, ReachAsFarAsAHardClipWithoutEnd) {
   EXPECT_TRUE(same_pixels(pictures[0], pictures[1], 12));
 }
 
+TEST(Strips, OfFewerThanThreePointsDrawNothing) {
+  const std::vector<KT_DCI_Point> points{{1, 1, 9}, {9, 5, 9}};
+  for (const Variant variant : all_variants) {
+    const Session session({.variant = variant});
+    for (const Layer layer : all_layers) {
+      for (const Kind kind : all_kinds) {
+        for (int n = 0; n < 3; ++n)
+          draw(session, layer, kind, {{points.begin(), points.begin() + n}, {{}}});
+      }
+    }
+    EXPECT_EQ(drawn(*session.color), Picture(8, std::string(12, '.'))) << name_of(variant);
+  }
+}
+
 Strip zigzag(int count, bool inside) {
   Strip strip;
   for (int i = 0; i < count; ++i) {
