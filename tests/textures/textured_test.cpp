@@ -24,7 +24,7 @@ class Material : public KT_Material_Object {
  public:
   static inline int living = 0;
   static inline float default_specular = 0;
-  static inline std::function<float(KT_RGB32)> light;
+  static inline std::function<float()> light;
 
   KT_Texture_Source source;
 
@@ -42,9 +42,9 @@ class Material : public KT_Material_Object {
   KT_Texture_Source& texture(KT_Texture_Source& result, int, int, int) override {
     return result = source;
   }
-  void shade(float result[3], const KT_Rendition& asked, const KT_Vector&, int, int, int, int,
+  void shade(float result[3], const KT_Rendition&, const KT_Vector&, int, int, int, int,
              int) override {
-    std::fill_n(result, 3, light(asked->material->color));
+    std::fill_n(result, 3, light());
   }
 };
 
@@ -122,7 +122,7 @@ TEST_F(Lit_Texture, MakesAsFewMaterialsAsItNeeds) {
     Material::default_specular = specular;
     const int before = Material::living;
     int most = 0, asked = 0;
-    Material::light = [&](KT_RGB32) {
+    Material::light = [&] {
       most = std::max(most, Material::living);
       ++asked;
       return 1.0f;
@@ -135,18 +135,10 @@ TEST_F(Lit_Texture, MakesAsFewMaterialsAsItNeeds) {
   }
 }
 
-// Strong enough for the cube's last place in all channels, however dark the vertex colour is.
-TEST_F(Lit_Texture, SpecularLightDoesNotTakeTheVertexColor) {
-  Material::light = [](KT_RGB32 asked) { return asked.red != 0 ? 0.0f : 1e6f; };
-  stage.texture->modulate = 1;
-  stage.draw(Layer::int_inside, 8, vectors.data());
-  EXPECT_EQ(stage.color->at(5, 4), 215U);
-}
-
 TEST_F(Lit_Texture, GivesEverythingBackWhenTheMaterialThrows) {
   const int before = Material::living;
   int calls = 0;
-  Material::light = [&](KT_RGB32) -> float {
+  Material::light = [&]() -> float {
     if (++calls == 9) throw std::runtime_error("out of light");
     return 1;
   };
