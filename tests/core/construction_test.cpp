@@ -57,6 +57,16 @@ TEST_F(Construction, BindsGeneralRoutinesToTexturesAndMarkersAlone) {
   }
 }
 
+TEST_F(Construction, DeclaresWhatItOffersAndBindsNothingItself) {
+  const auto renderer = module.make_renderer(nullptr);
+  const KT_Renderer_Options& declared = renderer->declared_options;
+  EXPECT_EQ(declared.buffer_depth(), 16);
+  EXPECT_TRUE(declared.backing_store() && declared.supports_complex_clip());
+  EXPECT_EQ(renderer->clone(), nullptr);
+  EXPECT_EQ(renderer->actions[KT_Action::Draw_2D_Polytriangle].valid, 0U);
+  EXPECT_EQ(renderer->actions[KT_Action::Draw_2D_Textured_Polytriangle].valid, 1U);
+}
+
 TEST_F(Construction, ARefusedAllocationGivesNullAndLeavesNothing) {
   const auto source = module.make_renderer(nullptr);
   const KT_Option& shared = *source->option_table().find(L"Mask Cache");

@@ -1,8 +1,10 @@
 // The module as a file: what it exports and needs, and that nothing outlives it.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <cstdio>
+#include <fstream>
 #include <sstream>
 
 #include "tests/support/session.h"
@@ -64,14 +66,37 @@ void live_and_draw(int round) {
   draw(session, Layer::int_any, Kind::flat, strip);
 }
 
+/// What a process takes: bytes that malloc has given, mappings, and KB of memory in use.
+struct Footprint {
+  std::size_t allocated = mallinfo2().uordblks + mallinfo2().hblkhd;
+  long mappings = 0, resident = 0;
+
+  Footprint() {
+    std::ifstream maps("/proc/self/maps"), status("/proc/self/status");
+    for (std::string line; std::getline(maps, line);) ++mappings;
+    for (std::string word; status >> word;) {
+      if (word == "VmRSS:") status >> resident;
+    }
+  }
+};
+
 TEST(Module, AThousandLivesLeaveNothingBehind) {
-  live_and_draw(0);  // what the framework makes once and keeps
+  for (int round = 0; round < 100; ++round) live_and_draw(round);  // what is made once and kept
   const long before = heap::live();
+  const Footprint begin;
   for (int round = 0; round < 1000; ++round) {
     live_and_draw(round);
     ASSERT_EQ(heap::live(), before) << "after round " << round;
     ASSERT_EQ(dlopen(TEST_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
   }
+  if (MODULE_CODE_BUDGET == 0) return;  // sanitizers keep memory back
+  const Footprint end;
+  EXPECT_LE(end.allocated, begin.allocated + 4096);  // what malloc keeps at hand counts, too
+  EXPECT_EQ(end.mappings, begin.mappings);
+  EXPECT_LE(end.resident, begin.resident + 64);
+  RecordProperty("mappings", static_cast<int>(end.mappings));
+  RecordProperty("resident",
+                 std::to_string(begin.resident) + " to " + std::to_string(end.resident));
 }
 
 }  // namespace

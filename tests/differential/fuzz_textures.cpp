@@ -141,6 +141,8 @@ struct Textures : Trial {
     const float s0 = random.real(-reach, reach), t0 = random.real(-reach, reach);
     const float slope = random.real(-0.1f, 0.1f);
     constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    // Specular light of ordinary strength hardly shows.
+    const float specular = random.pick({1.0f, 1.0f, 3e4f, 1e6f});
     for (const KT_DCI_Point& at : call.points.whole()) {
       const auto both = [&](float s, float t, float by) {
         const float moved = s + random.real(-by, by);
@@ -160,7 +162,7 @@ struct Textures : Trial {
       extra_floats.push_back(none);
       const float most = random.pick({0.0f, 1.0f, 1.0f, 4.0f});
       const float x = random.real(-most / 4, most), y = random.real(-0.2f, 0.2f);
-      vectors.push_back({x, y, random.real(-most, most)});
+      vectors.push_back({x, y, random.real(-most, most) * specular});
       colors.push_back(scene.colors[colors.size()]);
       if (random.once_in(3))
         colors.back().alpha = random.pick<std::uint8_t>({255, 255, 0, colors.back().alpha});

@@ -1,6 +1,7 @@
 // The command line of a fuzz program: random calls in a row, or one of them printed and replayed.
 #include <iostream>
 
+#include "tests/differential/guarded_images.h"
 #include "tests/differential/setting.h"
 
 namespace {
@@ -67,6 +68,7 @@ int main(int argc, char** argv) {
   std::uint64_t drawn = 0;
   int differing = 0;
   for (std::uint64_t seed = from; seed < from + count && differing < stop; ++seed) {
+    fuzz::guard_images_of(seed);
     const std::unique_ptr<Trial> trial = fuzz::make_trial(seed);
     const std::string title = trial->scene.variant_name() + " " + trial->title();
     if (title.find(only) == std::string::npos) continue;

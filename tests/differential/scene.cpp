@@ -165,6 +165,7 @@ void Scene::make_attributes(Random& random) {
   material.color = random_color(random);
   material.contrast_color = random_color(random);
   material.color_index = random.byte();
+  if (material.color_index < 24) material.color_index = palette.closest_match(key(), false) & 255;
   material.contrast_index = random.byte();
 
   auto& face = rendition.edit(&KT_Rendition_Data::face_attributes);
@@ -204,10 +205,14 @@ void Scene::make_mask(Random& random, const KT_Int_Rectangle& window) {
   if (random.once_in(5)) (random.once_in(2) ? display.extent_left : display.extent_bottom) = -7;
 }
 
+KT_RGB32 Scene::key() const {
+  const auto byte = [this](int i) { return static_cast<std::uint8_t>(merge_key[i]); };
+  return {byte(2), byte(1), byte(0), 255};
+}
+
 void Scene::fill(const KT_Shared_Image& image) const {
   Random random(~(seed * 8 + static_cast<unsigned>(image->format)));
   const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
-  const KT_RGB32 key{byte(merge_key[2]), byte(merge_key[1]), byte(merge_key[0]), 255};
   // Half the pixels hold one of sixteen values that the call may meet.
   std::array<std::uint32_t, 16> values{};
   for (std::uint32_t& value : values) {
@@ -218,13 +223,13 @@ void Scene::fill(const KT_Shared_Image& image) const {
                   : model::bits(depths[random.word() % depths.size()] +
                                 rendition->face_attributes->face_depth_offset);
     else if (image->format == KT_Image_Format::rgb32)
-      value = random.once_in(2) ? key.word()
+      value = random.once_in(2) ? key().word()
                                 : random
                                       .pick({material.color, material.contrast_color,
                                              colors[random.word() % colors.size()]})
                                       .word();
     else
-      value = random.once_in(2) ? byte(palette.closest_match(key, false)) : material.color_index;
+      value = random.once_in(2) ? byte(palette.closest_match(key(), false)) : material.color_index;
   }
   for (int y = 0; y < image->height; ++y) {
     std::uint8_t* row = image->rows[y];

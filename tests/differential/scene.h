@@ -29,6 +29,7 @@ struct Scene {
 
   KT_Int_XY origin() const { return local ? KT_Int_XY{} : window_origin; }
   bool is_solid() const;
+  KT_RGB32 key() const;  ///< of merge control
   const KT_Int_Rectangle& hard_clip() const { return rendition->display_context->hard_clip; }
   /// Overwrites an image with what the call shall meet, padding included.
   void fill(const KT_Shared_Image& image) const;

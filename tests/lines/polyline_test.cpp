@@ -39,6 +39,15 @@ TEST(Polylines, LookAsTheyShould) {
   }
 }
 
+TEST(Polylines, AsStripEdgesLeaveNoDepthOffsetBehind) {
+  Session session({.variant = Variant::rgb_z});
+  session.face().face_depth_offset = 7;
+  session.misc().advanced_options.bits = KT_Advanced_Options::edge_bit;
+  draw(session, Layer::int_any, Kind::flat, strip_of({{1, 1, 9}, {9, 1, 9}, {3, 6, 9}}));
+  EXPECT_TRUE(session.color->touched(5, 1));
+  EXPECT_EQ(session.renderer().edge_depth_offset, 0);
+}
+
 TEST(Polylines, OfFewPointsNeedNoHeap) {
   Random random(5);
   for (const Variant variant : all_variants) {

@@ -160,4 +160,12 @@ TEST(Mask, HidesWhatPointTestsPutOutside) {
   EXPECT_EQ(mask.image->rows[0][0], 255);
 }
 
+TEST(Mask, ShowsAContourUpToItsLastColumn) {
+  Frame_Buffer_Mask mask;
+  mask.establish_configuration(10, 8, 0, 0);
+  mask.clear_and_rasterize_mask(contour_set({box(2, 2, 9, 5)}));
+  EXPECT_EQ(mask.image->rows[3][0], 0xC0);
+  EXPECT_EQ(mask.image->rows[3][1] & 0xC0, 0x40);  // column 8, not column 9
+}
+
 }  // namespace

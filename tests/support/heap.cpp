@@ -1,7 +1,6 @@
 // Counts and refuses allocations of the framework's heap and of the language's.
 #include "tests/support/heap.h"
 
-#include <climits>
 #include <cstdlib>
 #include <new>
 
@@ -9,15 +8,16 @@
 
 namespace {
 
-long taken = 0, returned = 0;
+long taken = 0, returned = 0, still_refused = 0, refused = 0;
 int still_granted = INT_MAX;
 heap::Refusal refusal = heap::Refusal::by_null;
 
 void* take(std::size_t size, heap::Refusal how) {
-  if (still_granted == 0) {
+  if (still_granted == 0 && still_refused > 0) {
+    --still_refused, ++refused;
     return how == heap::Refusal::by_null ? nullptr : throw std::bad_alloc();
   }
-  if (still_granted != INT_MAX) --still_granted;
+  if (still_granted != 0 && still_granted != INT_MAX) --still_granted;
   ++taken;
   return std::malloc(size != 0 ? size : 1);
 }
@@ -66,9 +66,14 @@ long allocated() {
 long live() {
   return taken - returned;
 }
-Exhausted::Exhausted(int granted, Refusal how) {
+Exhausted::Exhausted(int granted, Refusal how, long refusals) {
   refusal = how;
   still_granted = granted;
+  still_refused = refusals;
+  ::refused = 0;
+}
+bool Exhausted::refused() const {
+  return ::refused != 0;
 }
 Exhausted::~Exhausted() {
   still_granted = INT_MAX;

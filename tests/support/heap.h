@@ -2,6 +2,8 @@
 // allocation routines come before the libraries', for calls of the module too.
 #pragma once
 
+#include <climits>
+
 namespace heap {
 
 long allocated();  ///< blocks that the two heaps gave since the start
@@ -10,12 +12,13 @@ long live();       ///< of all, the blocks that have not come back
 /// How the framework's heap refuses; the language's always throws.
 enum class Refusal { by_null, by_exception };
 
-/// While it lives, all allocations after the next `granted` ones are refused.
+/// While it lives, allocations after the next `granted` ones are refused: all, or as many as said.
 class Exhausted {
  public:
-  Exhausted(int granted, Refusal how);
+  Exhausted(int granted, Refusal how, long refusals = LONG_MAX);
   Exhausted(const Exhausted&) = delete;
   ~Exhausted();
+  bool refused() const;  ///< whether there has been one to refuse
 };
 
 }  // namespace heap

@@ -78,28 +78,4 @@ TEST_F(Lines, ColorsOfPointsAreCutWithThem) {
   EXPECT_EQ(levels(last[0]).at(79), 57);
 }
 
-TEST_F(Lines, WithoutMemoryAreRefusedWhole) {
-  std::vector<KT_Point_D> points(80, at(3, 3));
-  points[5] = at(2 * reach, 3);
-  const std::vector<KT_RGB32> colors(80);
-  const long before = heap::live();
-  for (int granted = 0; granted < 12; ++granted) {
-    for (auto how : {heap::Refusal::by_null, heap::Refusal::by_exception}) {
-      bool refused = false;
-      {
-        heap::Exhausted exhausted(granted, how);
-        try {
-          actions().call<Draw_2DD_Gouraud_Polyline>(rendition, 80, points.data(), colors.data());
-        } catch (const std::bad_alloc&) {
-          refused = true;
-        }
-      }
-      EXPECT_TRUE(refused || granted > 3) << granted;
-      renderer().device_origin = origin;  // where an exception has passed through it stays zero
-      support::Recorded_Calls::take();
-      EXPECT_EQ(heap::live(), before) << granted;
-    }
-  }
-}
-
 }  // namespace

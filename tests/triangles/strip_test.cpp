@@ -36,6 +36,32 @@ TEST(Strips, CoverByTheFillRule) {
   }
 }
 
+TEST(Strips, ReachAsFarAsAHardClipWithoutEnd) {
+  Session session;
+  Pixels pictures[2];
+  for (const int end : {11, INT32_MAX}) {
+    session.display().hard_clip = {0, end, 0, end};
+    session.clear();
+    draw(session, Layer::int_any, Kind::flat, strip_of({{-5, 2, 9}, {9, 2, 9}, {3, 7, 9}}));
+    pictures[end == 11] = session.color->pixels();
+  }
+  EXPECT_TRUE(same_pixels(pictures[0], pictures[1], 12));
+}
+
+TEST(Strips, OfFewerThanThreePointsDrawNothing) {
+  const std::vector<KT_DCI_Point> points{{1, 1, 9}, {9, 5, 9}};
+  for (const Variant variant : all_variants) {
+    const Session session({.variant = variant});
+    for (const Layer layer : all_layers) {
+      for (const Kind kind : all_kinds) {
+        for (int n = 0; n < 3; ++n)
+          draw(session, layer, kind, {{points.begin(), points.begin() + n}, {{}}});
+      }
+    }
+    EXPECT_EQ(drawn(*session.color), Picture(8, std::string(12, '.'))) << name_of(variant);
+  }
+}
+
 Strip zigzag(int count, bool inside) {
   Strip strip;
   for (int i = 0; i < count; ++i) {
