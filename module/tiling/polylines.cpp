@@ -51,8 +51,12 @@ struct Point_Colors {
   }
 };
 
+/// The sides beyond which a point lies; none for the end of a list.
+unsigned sides_of(short code) {
+  return static_cast<unsigned>(code) & beyond_any;
+}
 bool is_outside(short code) {
-  return (code & beyond_any) != 0;
+  return sides_of(code) != 0;
 }
 
 template <class Colors>
@@ -108,7 +112,7 @@ class Pieces {
   int draw_outside(int n) const {
     const short* const codes = call_.codes;
     for (; codes[n + 1] != list_end && is_outside(codes[n + 1]); ++n) {
-      if ((codes[n] & codes[n + 1] & beyond_any) != 0) continue;
+      if ((sides_of(codes[n]) & sides_of(codes[n + 1])) != 0) continue;
       if (!KD_Preclip_Ends(codes + n, call_.guard, call_.points + n, call_.results, colors_.in(n),
                            colors_.out(0))) {
         continue;
