@@ -63,8 +63,8 @@ KT_Point_D transformed(const Elements<Number>& by, const KT_Point_D& point) {
 }  // namespace
 
 void KT_Vector::normalize() {
-  const double length =
-      std::hypot(static_cast<double>(x), static_cast<double>(y), static_cast<double>(z));
+  const double dx = x, dy = y, dz = z;
+  const double length = std::sqrt(dx * dx + dy * dy + dz * dz);
   if (length == 0) return;
   x = static_cast<float>(x / length);
   y = static_cast<float>(y / length);

@@ -17,7 +17,7 @@ OTHER_PARTS = {
     "module": ["host"],
     "apps": ["host"],
     "bench": ["host", "stand_in", "module", "apps", "tests"],
-    "tests": ["host", "stand_in", "module", "apps"],
+    "tests": ["host", "stand_in", "module", "apps", "tests/differential"],
     "tests/differential": ["host"],
 }
 # Strip edges are polylines, and a line of one point is a dot.

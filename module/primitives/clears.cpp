@@ -33,8 +33,9 @@ void fill_area(const KT_Shared_Image& image, const Area& area, Pixel value) {
              value);
     return;
   }
+  const auto count = static_cast<std::ptrdiff_t>(area.x1 - area.x0 + 1);
   for (std::int64_t y = area.y0; y <= area.y1; ++y) {
-    fill_run(image->row<Pixel>(static_cast<int>(y)) + area.x0, area.x1 - area.x0 + 1, value);
+    fill_run(image->row<Pixel>(static_cast<int>(y)) + area.x0, count, value);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "stand_in/rounding.h"
+#include "stand_in/standard/angles.h"
 #include "stand_in/standard/calls.h"
 #include "stand_in/standard/dashes.h"
 #include "stand_in/standard/stroke.h"
@@ -145,7 +146,7 @@ void draw_wide(const Polyline& polyline) {
   for (std::size_t n = 0; n + 1 < line.size(); ++n) {
     const Vertex& from = line[n];
     const Vertex& to = line[n + 1];
-    cutter.segment(from, to, std::hypot(to.x - from.x, to.y - from.y));
+    cutter.segment(from, to, length_of(to.x - from.x, to.y - from.y));
   }
   cutter.finish();
 }

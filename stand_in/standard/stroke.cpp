@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "host/application.h"
+#include "stand_in/standard/angles.h"
 #include "stand_in/standard/polygon_fill.h"
 
 namespace stand_in {
@@ -52,7 +53,7 @@ void Stroke::draw(std::span<const Vertex> line, Piece_Ends ends) {
   for (std::size_t n = 0; n < segments; ++n) {
     const double x = places[n + 1].x - places[n].x;
     const double y = places[n + 1].y - places[n].y;
-    const double length = std::hypot(x, y);
+    const double length = length_of(x, y);
     ways[n] = {x / length, y / length, length};
   }
   // Corner n lies at the end of segment n; that of the last segment closes a closed line.
@@ -148,9 +149,8 @@ void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
   if (corner.inner_side == 0) return;
   const double outward = -corner.inner_side * half_width_;
   if (corner_style_ == KT_Line_Style::round_corner) {
-    const double from_angle = std::atan2(corner.from.x * outward, -corner.from.y * outward);
-    const double turn = std::acos(std::clamp(corner.cosine, -1.0, 1.0)) * corner.inner_side;
-    return draw_arc(at, from_angle, turn);
+    const double turn = arc_cosine(std::clamp(corner.cosine, -1.0, 1.0)) * corner.inner_side;
+    return draw_arc(at, -corner.from.y * outward, corner.from.x * outward, turn);
   }
   // The tip's distance is the half width over the cosine of half the turn.
   const double half_turn_square = (1 + corner.cosine) / 2;
@@ -169,13 +169,13 @@ void Stroke::draw_corner(const Vertex& at, const Corner& corner) {
 }
 
 void Stroke::draw_cap(const Vertex& at, const Direction& outward) {
-  const double to_the_right = std::atan2(-outward.x, outward.y);
-  draw_arc(at, to_the_right, std::numbers::pi);
+  draw_arc(at, outward.y * half_width_, -outward.x * half_width_, std::numbers::pi);
 }
 
 /// A line without length.
 void Stroke::draw_dot(const Vertex& at) {
-  if (first_end_style_ == KT_Line_Style::round_end) return draw_arc(at, 0, 2 * std::numbers::pi);
+  if (first_end_style_ == KT_Line_Style::round_end)
+    return draw_arc(at, half_width_, 0, 2 * std::numbers::pi);
   add(at, -half_width_, -half_width_);
   add(at, half_width_, -half_width_);
   add(at, half_width_, half_width_);
@@ -183,18 +183,18 @@ void Stroke::draw_dot(const Vertex& at) {
   fill();
 }
 
-/// A sector of a disc.
-void Stroke::draw_arc(const Vertex& center, double from_angle, double turn) {
-  const double finest = 2 * std::acos(1 - std::min(arc_tolerance / half_width_, 0.25));
+/// A sector of a disc, from the point (x, y) beside its centre on.
+void Stroke::draw_arc(const Vertex& center, double x, double y, double turn) {
+  const double finest = 2 * arc_cosine(1 - std::min(arc_tolerance / half_width_, 0.25));
   const int steps = std::max(static_cast<int>(std::ceil(std::abs(turn) / finest)), 1);
   const auto place = [&](int step) {
-    const double angle = from_angle + turn * step / steps;
-    return std::pair(half_width_ * std::cos(angle), half_width_ * std::sin(angle));
+    const auto [sine, cosine] = sine_cosine(turn * step / steps);
+    return std::pair(x * cosine - y * sine, y * cosine + x * sine);
   };
   for (int step = 0; step < steps; ++step) {
-    const auto [x, y] = place(step);
-    const auto [next_x, next_y] = place(step + 1);
-    draw_wedge(center, x, y, next_x, next_y);
+    const auto [from_x, from_y] = place(step);
+    const auto [to_x, to_y] = place(step + 1);
+    draw_wedge(center, from_x, from_y, to_x, to_y);
   }
 }
 

@@ -54,7 +54,7 @@ class Stroke {
   void draw_corner(const Vertex& at, const Corner& corner);
   void draw_cap(const Vertex& at, const Direction& outward);
   void draw_dot(const Vertex& at);
-  void draw_arc(const Vertex& center, double from_angle, double turn);
+  void draw_arc(const Vertex& center, double x, double y, double turn);
   void draw_wedge(const Vertex& at, double from_x, double from_y, double to_x, double to_y);
   void add(const Vertex& at, double x, double y);
   void fill();

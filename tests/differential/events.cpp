@@ -1,5 +1,9 @@
 // Calls in words.
-#include "tests/differential/events.h"
+#include "tests/differential/recorder.h"
+
+model::Events fuzz::events;
+std::function<void()> fuzz::at_next_polyline;
+int fuzz::polygon_rank = 0;
 
 namespace model {
 

@@ -2,7 +2,7 @@
 // to pass, the recorder writes down what does.
 #pragma once
 
-#include <charconv>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -53,9 +53,11 @@ void put(std::string& out, const Value& value) {
     each(value.s, value.t);
   } else if constexpr (requires { value.x; }) {
     each(value.x, value.y);
+  } else if constexpr (std::is_floating_point_v<Value>) {
+    char digits[32];  // as many as tell it from its neighbours
+    out.append(digits, static_cast<std::size_t>(std::snprintf(digits, 32, "%.17g", value)));
   } else {
-    char digits[32];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, +value).ptr);
+    out += std::to_string(+value);
   }
 }
 

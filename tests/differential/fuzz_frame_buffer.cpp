@@ -28,14 +28,15 @@ struct Frame : Trial {
     what = depth ? random.pick({What::clear_color, What::get_image, What::update, What::clear_depth,
                                 What::clear_depth, What::get_depth, What::put_depth})
                  : static_cast<What>(random.range(0, 3));
-    const bool far = what == What::clear_color || (what == What::get_image && is_direct());
+    const int pattern = random.once_in(5) ? random.pick({0, 74, 80}) : 64;
+    scene.rendition.edit(&KT_Rendition_Data::face_attributes).face_pattern = pattern;
+    const bool far =
+        (what == What::clear_color && pattern == 64) || (what == What::get_image && is_direct());
     make_rectangle(far ? random.pick({0, 5, 200}) : what == What::update ? 3 : 0);
     auto& material = scene.rendition.edit(&KT_Rendition_Data::material);
     material.window_color = scene.colors[0];
     material.window_index = random.byte();
     scene.rendition.edit(&KT_Rendition_Data::display_context).hard_clip = device;
-    scene.rendition.edit(&KT_Rendition_Data::face_attributes).face_pattern =
-        random.once_in(5) ? random.pick({0, 74, 80}) : 64;
     right = device.right + (what == What::put_depth && random.once_in(3) ? random.range(0, 9) : 0);
     stride = std::max(1, right - device.left + 1) * 2 + random.range(0, 3) * 2;
     depths.resize(static_cast<std::size_t>(stride / 2 * std::max(1, height())));
@@ -142,7 +143,7 @@ struct Frame : Trial {
         return;
       case What::get_image:
       case What::get_depth:
-        if (width() > 0 && height() > 0) read_back(setting, start, end);
+        if (width() > 0 && height() > 0) read(setting, start, end);
     }
   }
 
@@ -154,7 +155,7 @@ struct Frame : Trial {
     return image;
   }
 
-  void read_back(Setting& setting, const KT_DCI_Point& start, const KT_DCI_Point& end) {
+  void read(Setting& setting, const KT_DCI_Point& start, const KT_DCI_Point& end) {
     const model::Plane& source = is_depth() ? setting.state.depth : setting.state.color;
     const int w = keeps_window_size ? scene.size.x : width();
     const int h = keeps_window_size ? scene.size.y : height();
@@ -172,6 +173,7 @@ struct Frame : Trial {
       actions.call<KT_Action::Get_Depth>(scene.rendition, &start, &end, &format, &target);
     else
       actions.call<KT_Action::Get_Image>(scene.rendition, &start, &end, &format, &target);
+    read_back.push_back(target);
     if (format != own_format() && format != KT_Image_Format::renderer_own) {
       if (target) found += "  an image of a format that is not accepted\n";
       return;
@@ -212,7 +214,7 @@ struct Frame : Trial {
 
 }  // namespace
 
-std::unique_ptr<Trial> make_trial(std::uint64_t seed) {
+std::unique_ptr<Trial> make_frame_buffer(std::uint64_t seed) {
   return std::make_unique<Frame>(seed);
 }
 

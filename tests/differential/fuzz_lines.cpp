@@ -39,8 +39,11 @@ struct Lines : Trial {
   void move_window() {
     if (scene.local || !random.once_in(12)) return;
     const KT_Int_XY before = scene.window_origin;
-    scene.window_origin = {random.pick({-4000, 28760, before.x}) - random.range(0, scene.size.x),
-                           random.pick({-4000, 28760, before.y}) - random.range(0, scene.size.y)};
+    const auto across = [&](int at, int side) {
+      const int into = random.range(0, side);
+      return random.pick({-4000, 28760, at}) - into;
+    };
+    scene.window_origin = {across(before.x, scene.size.x), across(before.y, scene.size.y)};
     const int dx = scene.window_origin.x - before.x, dy = scene.window_origin.y - before.y;
     auto& display = scene.rendition.edit(&KT_Rendition_Data::display_context);
     KT_Int_Rectangle& hard = display.hard_clip;
@@ -54,6 +57,7 @@ struct Lines : Trial {
     auto& attributes = scene.rendition.edit(&KT_Rendition_Data::line_attributes);
     attributes.line_weight = random.pick({1, 1, 1, 0, -3});
     if (random.once_in(10)) attributes.line_weight = random.pick({2, 3, 9});
+    attributes.line_corner_style = attributes.line_end_style_a = random.range(0, 2);
     if (random.once_in(12)) attributes.line_pattern = random.pick({1, -1, 64});
     scene.rendition.edit(&KT_Rendition_Data::face_attributes).face_pattern =
         random.pick({64, 24, 0});
@@ -110,7 +114,8 @@ struct Lines : Trial {
     std::size_t count = line.points.size();
     if (line.kind == Kind::colorized && count > 0) --count;
     if (line.single_color) count = none ? 0 : 1;
-    line.colors.assign(scene.colors.begin(), scene.colors.begin() + static_cast<long>(count));
+    line.colors.assign(scene.colors.begin(),
+                       scene.colors.begin() + static_cast<std::ptrdiff_t>(count));
   }
 
   std::string title() const override {
@@ -137,7 +142,7 @@ struct Lines : Trial {
 
 }  // namespace
 
-std::unique_ptr<Trial> make_trial(std::uint64_t seed) {
+std::unique_ptr<Trial> make_lines(std::uint64_t seed) {
   return std::make_unique<Lines>(seed);
 }
 

@@ -2,16 +2,6 @@
 #include "tests/differential/model_small.h"
 #include "tests/differential/setting.h"
 
-namespace {
-int rank = 0;  // of the polygons of the call
-}
-
-// Stands before the framework's operation of the same name.
-KT_Polygon_Rank KD_Rank_Polygon(int count, const KT_Point*) {
-  fuzz::events.push_back(model::line("rank", count));
-  return {rank};
-}
-
 namespace fuzz {
 namespace {
 
@@ -96,17 +86,18 @@ struct Small : Trial {
     polygon.action =
         random.pick({Draw_2D_Polygon, Draw_DC_Polygon, Draw_2DI_Polygon, Draw_DCI_Polygon});
     polygon.color = color;
+    const bool anywhere = polygon.action == Draw_2D_Polygon || polygon.action == Draw_2DI_Polygon;
     const int count = random.pick({random.range(0, 3), random.range(3, 9), random.range(60, 70)});
     for (int i = 0; i < count; ++i) {
       KT_DCI_Point p = pixel();
-      if (random.once_in(9)) p.x = random.range(-20000000, 20000000);
+      if (anywhere && random.once_in(9)) p.x = random.range(-20000000, 20000000);
       if (polygon.action == Draw_2D_Polygon || polygon.action == Draw_DC_Polygon)
         polygon.floats.push_back(
             {static_cast<float>(p.x) + 0.25f, static_cast<float>(p.y), static_cast<float>(p.z)});
       else
         polygon.points.push_back(p);
     }
-    rank = random.once_in(3) ? random.pick({1, -1}) : 0;
+    polygon_rank = random.once_in(3) ? random.pick({1, -1}) : 0;
     in_edge_pass = scene.variant >= model::rgb_alpha_z && random.once_in(3);
     if (!in_edge_pass) return;
     edges = scene.rendition;
@@ -140,7 +131,12 @@ struct Small : Trial {
       return {};
     }
     const int offset = in_edge_pass ? edges->face_attributes->face_depth_offset : 0;
-    return model::draw_polygon(scene.rendition, polygon, rank, offset);
+    return model::draw_polygon(scene.rendition, polygon, polygon_rank, offset);
+  }
+
+  /// What polygons come down to is recorded.
+  void watch(Setting& setting) override {
+    if (what == What::polygon && !in_edge_pass) bind_recorders(*setting.renderer);
   }
 
   void draw_module(Setting& setting) override {
@@ -171,8 +167,7 @@ struct Small : Trial {
       polygon.action >= Draw_2DI_Polygon ? draw(polygon.points) : draw(polygon.floats);
       events_of_polygon = events;
     };
-    // What polygons come down to is recorded.
-    if (!in_edge_pass) bind_recorders(renderer), call();
+    if (!in_edge_pass) call();
     if (in_edge_pass) {
       // A wide edge of a strip goes to the general routine in the midst of an edge pass.
       at_next_polyline = [&] { bind_recorders(renderer), call(); };
@@ -195,7 +190,7 @@ struct Small : Trial {
 
 }  // namespace
 
-std::unique_ptr<Trial> make_trial(std::uint64_t seed) {
+std::unique_ptr<Trial> make_small(std::uint64_t seed) {
   return std::make_unique<Small>(seed);
 }
 

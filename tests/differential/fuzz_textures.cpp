@@ -4,11 +4,6 @@
 #include "tests/differential/setting.h"
 #include "tests/differential/watched_materials.h"
 
-// Stands before the framework's operation of the same name.
-KT_Basic_Material::KT_Basic_Material() : KT_Handle(new fuzz::Watched_Material) {
-  std::ranges::copy(fuzz::default_specular_color, get()->specular_color);
-}
-
 namespace fuzz {
 namespace {
 
@@ -215,7 +210,7 @@ struct Textures : Trial {
 
 }  // namespace
 
-std::unique_ptr<Trial> make_trial(std::uint64_t seed) {
+std::unique_ptr<Trial> make_textures(std::uint64_t seed) {
   return std::make_unique<Textures>(seed);
 }
 

@@ -53,11 +53,12 @@ struct Triangles : Trial {
   model::Events draw_model(Setting& setting) override {
     return model::draw_strip(setting.state, scene.rendition, call);
   }
+  void watch(Setting& setting) override {
+    if (setting.state.mask || call.points.layer == Layer::dci) return;
+    Watched<KT_Action::Draw_DCI_Colorized_Polytriangle>::install(setting.renderer.get());
+    Watched<KT_Action::Draw_DCI_Gouraud_Polytriangle>::install(setting.renderer.get());
+  }
   void draw_module(Setting& setting) override {
-    if (!setting.state.mask && call.points.layer != Layer::dci) {
-      Watched<KT_Action::Draw_DCI_Colorized_Polytriangle>::install(setting.renderer.get());
-      Watched<KT_Action::Draw_DCI_Gouraud_Polytriangle>::install(setting.renderer.get());
-    }
     const KT_Action action = model::action_of(call.kind, call.points.layer);
     const auto draw = [&](const auto& points) {
       call_action(*setting.renderer, action, call.kind, scene.rendition, call.points.count(),
@@ -69,7 +70,7 @@ struct Triangles : Trial {
 
 }  // namespace
 
-std::unique_ptr<Trial> make_trial(std::uint64_t seed) {
+std::unique_ptr<Trial> make_triangles(std::uint64_t seed) {
   return std::make_unique<Triangles>(seed);
 }
 

@@ -27,10 +27,11 @@ std::string event_difference(const model::Events& expected, const model::Events&
 
 /// What is wrong with a call, in words.
 std::string differences(const KT_Renderer_Module& module, Trial& trial) {
-  fuzz::Setting setting(module, trial.scene);
+  fuzz::Setting setting(module.make_renderer(nullptr), trial.scene);
   fuzz::events.clear();
   const model::Events expected = trial.draw_model(setting);
   const std::string look = model::look_of(trial.scene.rendition);
+  trial.watch(setting);
   trial.draw_module(setting);
   if (model::look_of(trial.scene.rendition) != look || trial.scene.rendition->reference_count != 1)
     trial.found += "  the rendition was changed or is held\n";
@@ -69,7 +70,7 @@ int main(int argc, char** argv) {
   int differing = 0;
   for (std::uint64_t seed = from; seed < from + count && differing < stop; ++seed) {
     fuzz::guard_images_of(seed);
-    const std::unique_ptr<Trial> trial = fuzz::make_trial(seed);
+    const std::unique_ptr<Trial> trial = fuzz::FUZZ_FAMILY(seed);
     const std::string title = trial->scene.variant_name() + " " + trial->title();
     if (title.find(only) == std::string::npos) continue;
     ++drawn;

@@ -185,7 +185,8 @@ std::vector<Corner> clip_triangle(std::span<const Corner> corners) {
   const auto lies_inside = [&](const Corner& c) {
     return in_range(c.point.x) && in_range(c.point.y);
   };
-  if (std::ranges::all_of(corners, lies_inside)) return {corners.begin(), corners.end()};
+  if (std::all_of(corners.begin(), corners.end(), lies_inside))
+    return {corners.begin(), corners.end()};
   const Clipper clipper{{vertex_of(corners[0]), vertex_of(corners[1]), vertex_of(corners[2])}};
   std::vector<Vertex> outline = clipper.outline();
   if (outline.empty()) outline = clipper.whole_rectangle();

@@ -98,7 +98,7 @@ struct Span {
 /// Sorts three vertices by y; false when no row of theirs is within the limits.
 template <class Vertex>
 bool sort_rows(std::array<Vertex, 3>& v, const Limits& limits) {
-  std::ranges::stable_sort(v, {}, &Vertex::y);
+  std::stable_sort(v.begin(), v.end(), [](auto& a, auto& b) { return a.y < b.y; });
   return std::max(limits.y, v[0].y) < std::min(limits.end_y, v[2].y);
 }
 

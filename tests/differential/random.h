@@ -11,6 +11,7 @@ class Random {
  public:
   explicit Random(std::uint64_t seed) : engine_(seed) {}
   std::uint64_t word() { return engine_(); }
+  std::size_t below(std::size_t count) { return static_cast<std::size_t>(word() % count); }
   /// Uniform over `low` to `high`, both included.
   int range(int low, int high) {
     const auto count = static_cast<std::uint64_t>(std::int64_t{high} - low + 1);

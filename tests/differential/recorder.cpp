@@ -4,10 +4,7 @@
 
 #include <utility>
 
-namespace fuzz {
-model::Events events;
-std::function<void()> at_next_polyline;
-}  // namespace fuzz
+#include "tests/differential/watched_materials.h"
 
 namespace {
 
@@ -73,6 +70,13 @@ void KD_Standard_Draw_DCI_Index8_Image(KT_Renderer_Data*, const KT_Rendition&,
                                        int stride, const std::uint8_t* pixels) {
   fuzz::events.push_back(
       model::line("Draw_DCI_Index8_Image", *start, *end, stride, static_cast<const void*>(pixels)));
+}
+KT_Polygon_Rank KD_Rank_Polygon(int count, const KT_Point*) {
+  fuzz::events.push_back(model::line("rank", count));
+  return {fuzz::polygon_rank};
+}
+KT_Basic_Material::KT_Basic_Material() : KT_Handle(new fuzz::Watched_Material) {
+  std::ranges::copy(fuzz::default_specular_color, get()->specular_color);
 }
 void KD_Span_DC_Rectangle(KT_Renderer_Data*, const KT_Rendition&, int left, int right, int bottom,
                           int top) {

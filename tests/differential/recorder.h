@@ -12,5 +12,7 @@ namespace fuzz {
 extern model::Events events;
 /// Runs once when the next general polyline is called.
 extern std::function<void()> at_next_polyline;
+/// What `KD_Rank_Polygon` says of the polygons of the call.
+extern int polygon_rank;
 
 }  // namespace fuzz

@@ -95,9 +95,9 @@ model::Strip_Points random_strip(Random& random, Layer layer, int count,
                          : random.once_in(2) ? random.range(0, reach)
                                              : std::min(reach, 2);
     KT_DCI_Point p = point_in(random, areas[farthest]);
+    const int x_sign = random.pick({-1, 1}), y_sign = random.pick({-1, 1});
     if (farthest == 4 && random.once_in(2))
-      p = {random.pick({-1, 1}) * random.range(29000, 90000),
-           random.pick({-1, 1}) * random.range(29000, 90000), 0};
+      p = {x_sign * random.range(29000, 90000), y_sign * random.range(29000, 90000), 0};
     if (i > 0 && random.once_in(3)) {
       const KT_DCI_Point& before = strip.points.back();
       const bool wide = reach > 2;
@@ -165,7 +165,10 @@ void Scene::make_attributes(Random& random) {
   material.color = random_color(random);
   material.contrast_color = random_color(random);
   material.color_index = random.byte();
-  if (material.color_index < 24) material.color_index = palette.closest_match(key(), false) & 255;
+  if (material.color_index < 24) {
+    material.color_index = palette.closest_match(key(), false) & 255;
+    material.color = key();
+  }
   material.contrast_index = random.byte();
 
   auto& face = rendition.edit(&KT_Rendition_Data::face_attributes);
@@ -220,13 +223,13 @@ void Scene::fill(const KT_Shared_Image& image) const {
     if (image->format == KT_Image_Format::depth)
       value = depths.empty() || random.once_in(2)
                   ? 65535
-                  : model::bits(depths[random.word() % depths.size()] +
+                  : model::bits(depths[random.below(depths.size())] +
                                 rendition->face_attributes->face_depth_offset);
     else if (image->format == KT_Image_Format::rgb32)
       value = random.once_in(2) ? key().word()
                                 : random
                                       .pick({material.color, material.contrast_color,
-                                             colors[random.word() % colors.size()]})
+                                             colors[random.below(colors.size())]})
                                       .word();
     else
       value = random.once_in(2) ? byte(palette.closest_match(key(), false)) : material.color_index;

@@ -14,8 +14,8 @@ int pixel_bytes(KT_Image_Format format) {
 
 }  // namespace
 
-Setting::Setting(const KT_Renderer_Module& module, const Scene& the_scene)
-    : scene(the_scene), renderer(module.make_renderer(nullptr)) {
+Setting::Setting(KT_Handle<KT_Renderer_Data> new_renderer, const Scene& the_scene)
+    : scene(the_scene), renderer(std::move(new_renderer)) {
   renderer->actions.bind<KT_Action::Create_Frame_Buffer>(this, create_frame_buffer);
   KT_Renderer_Options& options = renderer->options();
   options.set_window(scene.window_origin, scene.size);

@@ -17,7 +17,7 @@ struct Setting {
   KT_Shared_Image color, depth;
   model::State state;
 
-  Setting(const KT_Renderer_Module& module, const Scene& scene);
+  Setting(KT_Handle<KT_Renderer_Data> renderer, const Scene& scene);
   Setting(const Setting&) = delete;
 
  private:
@@ -67,9 +67,13 @@ struct Trial {
   /// Draws on the model's images and tells what is to pass to the host; other differences in words
   /// go to `found`.
   virtual model::Events draw_model(Setting&) = 0;
+  /// Binds what records calls to the action table.
+  virtual void watch(Setting&) {}
   virtual void draw_module(Setting&) = 0;
   std::string found;
+  std::vector<KT_Shared_Image> read_back;  ///< what the module has left beside the frame images
 };
-std::unique_ptr<Trial> make_trial(std::uint64_t seed);
+using Make_Trial = std::unique_ptr<Trial>(std::uint64_t seed);
+Make_Trial make_triangles, make_textures, make_lines, make_small, make_frame_buffer, make_tiling;
 
 }  // namespace fuzz

@@ -33,7 +33,7 @@ class Watched_Material : public KT_Material_Object {
              int) override {
     const model::Light specular{specular_color[0], specular_color[1], specular_color[2]};
     events.push_back(model::light_line(r->material->color, specular, v));
-    std::ranges::copy(fuzz::shade(r->material->color, specular, v), result);
+    std::copy_n(fuzz::shade(r->material->color, specular, v).begin(), 3, result);
   }
 };
 

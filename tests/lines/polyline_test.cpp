@@ -52,9 +52,9 @@ TEST(Polylines, OfFewPointsNeedNoHeap) {
   Random random(5);
   for (const Variant variant : all_variants) {
     Session session({.variant = variant, .size = {40, 30}});
-    Points points;
+    Points points = {{0, 0, 0}, {20, 10, 0}};
     const std::vector<KT_RGB32> colors(64, {1, 2, 3, 128});
-    for (int i = 0; i < 64; ++i) {
+    for (int i = 2; i < 64; ++i) {
       points.push_back({random.range(-9, 50), random.range(-9, 40), random.range(0, 65535)});
     }
     for (const unsigned bits : {0U, 8U, KT_Advanced_Options::antialias_bit}) {
@@ -65,7 +65,7 @@ TEST(Polylines, OfFewPointsNeedNoHeap) {
                 0)
           << name_of(variant) << bits;
     }
-    EXPECT_TRUE(session.color->touched(0, 0) || session.color->touched(20, 10));
+    EXPECT_TRUE(session.color->touched(0, 0));
   }
 }
 
