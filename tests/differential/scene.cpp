@@ -165,7 +165,10 @@ void Scene::make_attributes(Random& random) {
   material.color = random_color(random);
   material.contrast_color = random_color(random);
   material.color_index = random.byte();
-  if (material.color_index < 24) material.color_index = palette.closest_match(key(), false) & 255;
+  if (material.color_index < 24) {
+    material.color_index = palette.closest_match(key(), false) & 255;
+    material.color = key();
+  }
   material.contrast_index = random.byte();
 
   auto& face = rendition.edit(&KT_Rendition_Data::face_attributes);
