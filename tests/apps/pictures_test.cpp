@@ -265,7 +265,8 @@ TEST_F(Pictures, show_what_lies_behind_translucent_faces) {
         "mtllib two.mtl\nv -1 -1 1\nv 1 -1 1\nv 0 1 1\nv -1 -1 -1\nv 1 -1 -1\nv 0 1 -1\n"
         "usemtl red\nf 1 2 3\nusemtl green\nf 4 5 6\n");
   for (const std::string azimuth : {"20", "200"}) {
-    const auto pixel = draw("two.obj --opacity=0.5 --azimuth=" + azimuth).at(50, 50);
+    const auto pixel =
+        draw("two.obj --opacity=0.5 --background=#000000 --azimuth=" + azimuth).at(50, 50);
     EXPECT_TRUE(pixel[0] > 40 && pixel[1] > 40) << azimuth;
   }
 }
