@@ -337,6 +337,27 @@ TEST_F(Pictures, of_slanted_textures_are_in_perspective) {
   EXPECT_EQ(differing_pixels(draw(line), draw(line + " --perspective-correct")), 0);
 }
 
+TEST_F(Pictures, of_models_with_a_stray_vertex_frame_the_rest) {
+  write("far.obj", content_of(path("cube.obj")) + "v 1e5 2e5 3e4\nf 1 2 9\n");
+  const std::string line = "far.obj -o out.png --size=100x100 --azimuth=0 --elevation=0";
+  Outcome outcome = run(line);
+  EXPECT_EQ(outcome.exit_code, 0);
+  EXPECT_NE(outcome.errors.find("warning: 1 of 27 vertices lie far away"), std::string::npos);
+  EXPECT_EQ(hues(decode(path("out.png")), "50,50 20,80"), "rr");
+  EXPECT_EQ(run(line + " --strict").exit_code, 1);
+  for (const auto& [way, why] :
+       {std::pair<std::string, std::string>{"--pan=5,0", "lies outside the picture"},
+        {"--pan=5,0 --tile=64", "lies outside the picture"},
+        {"--opacity=0", "fully transparent"},
+        {"--clip=off.txt", "covers no pixel"},
+        {"--clip=off.txt --background=paper.png", "covers no pixel"}}) {
+    write("off.txt", "0,0 1,0 1,1\n");
+    outcome = run("cube.obj --zoom=0.5 --strict -o out.png " + way);
+    EXPECT_EQ(outcome.exit_code, 1) << way;
+    EXPECT_NE(outcome.errors.find(why), std::string::npos) << outcome.errors;
+  }
+}
+
 // Switches whose effect is seen in the picture alone: with each of them it is another one.
 TEST_F(Pictures, are_others_with_each_switch) {
   write_red("box.obj",  // of three lengths
