@@ -17,6 +17,11 @@ bool shows_textures(Style style) {
   return style == Style::shaded || style == Style::flat;
 }
 
+template <class Item>
+void append(std::vector<Item>& items, const std::vector<Item>& more) {
+  items.insert(items.end(), more.begin(), more.end());
+}
+
 }  // namespace
 
 Load_Choices load_choices(const Options& options) {
@@ -26,11 +31,13 @@ Load_Choices load_choices(const Options& options) {
 Content content_of(const Scene& scene, View& view, const Drawing& drawing) {
   const auto opacity = static_cast<float>(drawing.opacity);
   const Style style = drawing.style;
-  if (style == Style::hidden_line) view.leave_depth(hidden_line_offset);
+  if (style == Style::hidden_line) view.leave_depth(greatest_hiding_offset);
   Content content;
   if (shows_faces(style)) content.faces = device_geometry(scene, view, mode_of(drawing), opacity);
   if (shows_lines(style)) content.lines = device_lines(scene, view, drawing.lines.edges, opacity);
   if (style == Style::points) content.dots = device_dots(scene, view, opacity);
+  append(content.lines, loose_lines(scene, view, opacity));
+  append(content.dots, loose_dots(scene, view, opacity));
   return content;
 }
 

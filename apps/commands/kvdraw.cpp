@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "apps/commands/batch.h"
+#include "apps/commands/blank.h"
 #include "apps/commands/commands.h"
 #include "apps/commands/content.h"
 #include "apps/commands/options.h"
@@ -40,9 +41,16 @@ void check_not_same_file(const Options& options) {
                   "name another picture");
 }
 
+int warnings = 0;  // of the whole run
+
 void warn(const std::string& path, const std::string& what) {
+  ++warnings;
   const std::string line = one_line(path) + ": warning: " + one_line(what);
   std::fprintf(stderr, "kvdraw: %s\n", line.c_str());
+}
+
+void warn_if_blank(const std::string& path, const std::string& reason) {
+  if (!reason.empty()) warn(path, "nothing of the model is seen: " + reason);
 }
 
 void tell(const std::string& lines) {
@@ -57,6 +65,7 @@ void draw_frame(const Options& options, const Scene& scene, Host_Session& sessio
   stages.done("preparing");
   if (options.tile) {
     const std::string counts = counts_of(content);
+    warn_if_blank(options.model_path, blank_reason(content, options.drawing, options.size));
     write_in_tiles(options.picture_path, session, std::move(content), {options.size, *options.tile},
                    options.tile_index, options.drawing.lines.width);
     stages.done("drawing");
@@ -68,9 +77,13 @@ void draw_frame(const Options& options, const Scene& scene, Host_Session& sessio
   const Picture picture = session.read_picture();
   write_picture_file(options.picture_path, picture);
   stages.done("writing");
-  if (!options.stats) return;
-  session.draw({});
-  tell(counts_of(content) + covered_text(picture, session.read_picture()) + stages.text());
+  const auto empty = [&session] {
+    session.draw({});
+    return session.read_picture();
+  };
+  warn_if_blank(options.model_path, blank_reason(content, options.drawing, picture,
+                                                 options.background_picture.empty(), empty));
+  if (options.stats) tell(counts_of(content) + covered_text(picture, empty()) + stages.text());
 }
 
 void tell_info(const Options& options, const Model& model) {
@@ -140,8 +153,9 @@ int draw_all(const Options& options) {
     Options one = options;
     one.model_path = options.model_paths[i];
     const int its_code = reported(options.picture_path, [&] {
+      const int before = warnings;
       draw_model(one, names, 1 + i * frames);
-      return 0;
+      return options.strict && warnings > before ? static_cast<int>(Exit_Code::input) : 0;
     });
     if (its_code == 0) continue;
     ++failed;

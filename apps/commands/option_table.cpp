@@ -33,7 +33,7 @@ void add_camera_options(CLI::App& app, Camera_Options& camera) {
                "what fits the window at zoom 1: the model as it is seen, or the sphere around\n"
                "it, so that the model keeps its size from all sides");
   group.flag("--ortho", camera.orthographic, "parallel projection");
-  group.choice("--up", camera.up, axes, "up axis of the model");
+  group.choice("--up", camera.up, axes, "up axis of the model; auto is z for STL, else y");
 }
 
 void add_drawing_options(CLI::App& app, Drawing& drawing) {
@@ -66,18 +66,20 @@ void add_texture_options(CLI::App& app, Options& options) {
   group.choice("--texture", textures.filter, texture_filters,
                "the nearest texel, or the mean of the nearest four");
   group.flag("--perspective-correct", textures.perspective_correct,
-             "textures keep their perspective on large faces");
+             "textures keep their perspective on all faces, not only where it is seen");
   group.flag("--no-textures", options.textures, "the materials' colours alone", false);
 }
 
 void add_line_options(CLI::App& app, Drawing& drawing) {
-  Option_Group group(app, "Lines");
+  Option_Group group(app, "Lines and points");
   Line_Drawing& lines = drawing.lines;
   group.choice("--wire", lines.edges, edge_choices, "edges of wireframe and hidden-line pictures");
   group.flag("--antialias", lines.antialias, "smooth lines, in rgb and rgb-alpha");
   group.number("--line-width", lines.width, 1, widest_line, "N", "in pixels");
   group.number("--line-pattern", lines.pattern, 0, last_line_pattern, "N",
                "0 is solid, others are dashes and dots");
+  group.number("--point-size", drawing.point_size, 1, largest_point, "N",
+               "of the points of a model and of --mode points, in pixels");
   group.flag("--outline", lines.outline, "lines with a rim in the colour of the background");
   group.flag("--edges", drawing.faces_as_edges,
              "let the module draw faces as their edges, in the variants rgb-z and rgb-alpha-z");

@@ -29,8 +29,13 @@ inline const std::map<std::string, Texture_Filter> texture_filters = {
     {"nearest", Texture_Filter::nearest}, {"linear", Texture_Filter::linear}};
 inline const std::map<std::string, int> palettes = {
     {"cube2", 2}, {"cube3", 3}, {"cube4", 4}, {"cube5", 5}, {"cube6", 6}};
-inline const std::map<std::string, Up_Axis> axes = {
-    {"x", Up_Axis::x}, {"y", Up_Axis::y}, {"z", Up_Axis::z}};
+inline const std::map<std::string, Up_Axis> axes = {{"auto", Up_Axis::by_format},
+                                                    {"x", Up_Axis::x},
+                                                    {"y", Up_Axis::y},
+                                                    {"z", Up_Axis::z},
+                                                    {"-x", Up_Axis::minus_x},
+                                                    {"-y", Up_Axis::minus_y},
+                                                    {"-z", Up_Axis::minus_z}};
 inline const std::map<std::string, Framing> framings = {{"close", Framing::close},
                                                         {"steady", Framing::steady}};
 

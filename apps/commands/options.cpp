@@ -121,6 +121,9 @@ std::optional<Options> parse_options(int argc, char** argv, const std::string& d
           ->excludes(info);
   app.add_flag("--stats", options.stats, "print counts and times on standard error")
       ->excludes(info);
+  app.add_flag("--strict", options.strict,
+               "exit with 1 after a warning, also of a picture in which nothing is seen")
+      ->excludes(info);
   CLI::Option* turntable =
       Option_Group(app)
           .number("--turntable", options.frames, 1, most_frames, "N",

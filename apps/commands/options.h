@@ -29,8 +29,9 @@ struct Options {
   Color background{0.93f, 0.94f, 0.95f, 1};
   std::string background_picture;  // drawn over the colour; empty: none
   bool textures = true;
-  bool info = false;   // print what the model holds and draw nothing
-  bool stats = false;  // print counts and times
+  bool info = false;    // print what the model holds and draw nothing
+  bool stats = false;   // print counts and times
+  bool strict = false;  // a warning is a failure
   Load_Limits limits;
 };
 

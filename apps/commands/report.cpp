@@ -27,6 +27,8 @@ Bounds bounds_of(const Model& model) {
   for (const Mesh& mesh : model.meshes) {
     for (const Vertex& vertex : mesh.vertices) bounds.include(widen(vertex.position));
   }
+  for (const Loose& loose : model.loose)
+    for (const Vertex& vertex : loose.vertices) bounds.include(widen(vertex.position));
   return bounds;
 }
 
@@ -65,15 +67,22 @@ std::string info_of(const Model& model) {
     vertices += mesh.vertices.size();
     faces += face_count(mesh);
   }
-  // Of the table of materials, those that a mesh has.
+  std::size_t points = 0, lines = 0;
+  for (const Loose& loose : model.loose) {
+    points += loose.points.size();
+    lines += loose.lines.size() / 2;
+  }
+  // Of the table of materials, those that a mesh, a line or a point has.
   std::set<std::uint32_t> used;
   for (const Mesh& mesh : model.meshes) used.insert(mesh.material);
+  for (const Loose& loose : model.loose) used.insert(loose.material);
   const Bounds bounds = bounds_of(model);
-  std::string text = line("meshes", model.meshes.size()) + line("vertices", vertices) +
-                     line("faces", faces) + line("triangles", triangle_count(model)) +
-                     line("from", place_text(bounds.least)) +
-                     line("to", place_text(bounds.greatest)) +
-                     line("textures", model.textures.size()) + line("materials", used.size());
+  std::string text =
+      line("meshes", model.meshes.size()) + line("vertices", vertices) + line("faces", faces) +
+      line("triangles", triangle_count(model)) + (lines > 0 ? line("lines", lines) : "") +
+      (points > 0 ? line("points", points) : "") + line("from", place_text(bounds.least)) +
+      line("to", place_text(bounds.greatest)) + line("textures", model.textures.size()) +
+      line("materials", used.size());
   for (const std::uint32_t material : used)
     text += line("", description_of(model.materials[material], model));
   for (const std::string& warning : model.warnings) text += line("warning", warning);
@@ -97,11 +106,10 @@ std::string Stages::text() const {
 }
 
 std::string counts_of(const Content& content) {
-  std::size_t triangles = 0, dots = 0;
+  std::size_t triangles = 0;
   for (const Device_Strip& strip : content.faces.strips()) triangles += strip.point_count - 2;
-  for (const Device_Dots& group : content.dots) dots += group.points.size();
   return line("strips", content.faces.strips().size()) + line("triangles", triangles) +
-         line("lines", content.lines.size()) + line("dots", dots);
+         line("lines", content.lines.size()) + line("dots", content.dots.size());
 }
 
 std::string covered_text(const Picture& picture, const Picture& empty) {

@@ -48,6 +48,7 @@ struct Texture_Drawing {
 struct Drawing {
   Style style = Style::shaded;
   Line_Drawing lines;
+  int point_size = 3;  // pixels across
   Texture_Drawing textures;
   bool polygons = false;        // faces are handed over whole, one colour each
   bool faces_as_edges = false;  // the module draws strips as the lines of their edges
@@ -60,12 +61,14 @@ struct Drawing {
 
 inline constexpr int last_face_pattern = 73;
 inline constexpr int widest_line = 64;
+inline constexpr int largest_point = 64;
 inline constexpr int last_line_pattern = 16;
 
 inline constexpr KT_RGB32 line_color{0x30, 0x26, 0x20, 255};
 
-// The depth offset of faces under the edges that are drawn over them.
-inline constexpr int hidden_line_offset = 150;
+// Depth offsets of faces under the edges that are drawn over them. A model takes what the greatest
+// leaves of the depths, so that even a face as deep as the model can be moved.
+inline constexpr int least_hiding_offset = 16, greatest_hiding_offset = 32768;
 
 // A regular cube of colours with `steps` a channel, 2 to 6.
 KT_Palette cube_palette(int steps);

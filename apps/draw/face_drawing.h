@@ -22,11 +22,14 @@ class Face_Drawing {
 
  private:
   const Drawing& drawing() const { return canvas_.configuration.drawing; }
-  void draw_strips(const KT_Rendition& rendition, const Device_Geometry& geometry);
+  enum class Which { all, opaque };
+  void draw_strips(const KT_Rendition& rendition, const Device_Geometry& geometry,
+                   Which which = Which::all);
   void draw_strip(const KT_Rendition& rendition, const Device_Geometry& geometry,
                   const Device_Strip& strip);
   void draw_textured(const KT_Rendition& rendition, const Device_Geometry& geometry,
                      const Device_Strip& strip);
+  std::span<const KT_Point> beneath_lines(std::span<const KT_Point> points);
   void draw_polygon(const KT_Rendition& rendition, std::span<const KT_Point> points,
                     const KT_RGB32* color);
   KT_Rendition textured(const KT_Rendition& rendition, const Device_Strip& strip) const;
@@ -35,6 +38,7 @@ class Face_Drawing {
   const Textures& textures_;
   Strip_Calls calls_;
   std::vector<float> even_w_;  // of one call, all 1
+  std::vector<KT_Point> beneath_;
 };
 
 }  // namespace kv

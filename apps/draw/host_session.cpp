@@ -24,7 +24,8 @@ Host_Session::Host_Session(const std::string& module_path, const Variant& varian
 
 // Blending makes the mapped variants leave out what a texture does not show at all.
 void Host_Session::set_textures(const Model& model) {
-  textures_ = texture_materials(model, configuration_.drawing.textures.filter);
+  textures_ = texture_materials(model, configuration_.drawing.textures.filter,
+                                configuration_.variant.direct_color);
   const bool cuts_out = std::any_of(model.textures.begin(), model.textures.end(),
                                     [](const Texture& texture) { return texture.sees_through; });
   if (configuration_.variant.direct_color || !cuts_out) return;

@@ -17,7 +17,7 @@ namespace kv {
 struct Content {
   Device_Geometry faces{Mode::shaded};
   std::vector<Device_Line> lines;
-  std::vector<Device_Dots> dots;
+  std::vector<Device_Dot> dots;
 };
 
 // What a module hands over to be shown: a rectangle of its colour image, in buffer coordinates, and

@@ -9,6 +9,7 @@
 namespace kv {
 
 void draw_lines(const Canvas& canvas, const std::vector<Device_Line>& lines);
-void draw_dots(const Canvas& canvas, const std::vector<Device_Dots>& dots);
+// Each dot as a disc of the drawing's point size; without a depth buffer the farthest first.
+void draw_dots(const Canvas& canvas, std::vector<Device_Dot> dots);
 
 }  // namespace kv

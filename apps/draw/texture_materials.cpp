@@ -26,6 +26,11 @@ KT_Shared_Image drawn_image(const Image& image, Texture_Filter filter) {
   return shared_image(in_blocks(image, width, height));
 }
 
+Image cut_out(Image image) {
+  for (Texel& texel : image.texels) texel.alpha = texel.alpha < 128 ? 0 : 255;
+  return image;
+}
+
 }  // namespace
 
 KT_Shared_Image shared_image(const Image& image) {
@@ -39,11 +44,16 @@ KT_Shared_Image shared_image(const Image& image) {
 }
 
 std::vector<KT_Handle<KT_Material_Object>> texture_materials(const Model& model,
-                                                             Texture_Filter filter) {
+                                                             Texture_Filter filter, bool blended) {
   constexpr bool modulate = true;
+  std::vector<bool> is_cut(model.textures.size(), false);
+  for (const Material& material : model.materials)
+    if (!blended && material.layer != 0 && material.texture != no_texture)
+      is_cut[material.texture] = true;
   std::vector<KT_Shared_Image> images;
-  for (const Texture& texture : model.textures)
-    images.push_back(drawn_image(texture.image, filter));
+  for (std::size_t i = 0; i < model.textures.size(); ++i)
+    images.push_back(drawn_image(
+        is_cut[i] ? cut_out(model.textures[i].image) : model.textures[i].image, filter));
   std::vector<KT_Handle<KT_Material_Object>> objects;
   for (const Material& material : model.materials) {
     KT_Handle<KT_Material_Object>& object = objects.emplace_back();

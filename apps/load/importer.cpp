@@ -9,23 +9,30 @@
 #include <algorithm>
 #include <array>
 #include <assimp/Importer.hpp>
-#include <cmath>
+#include <optional>
 #include <sstream>
+#include <utility>
 #include <vector>
 
+#include "apps/load/material_importer.h"
 #include "apps/load/model_folder.h"
 #include "apps/load/model_io.h"
+#include "apps/load/mtl_maps.h"
+#include "apps/load/stl_colors.h"
 #include "apps/load/texture_importer.h"
 #include "apps/load/wire.h"
 
 namespace kv {
 namespace {
 
-enum class Format { gltf, stl, other };
-
 struct Instance {
   const aiMesh* mesh = nullptr;
   aiMatrix4x4 to_world;
+};
+
+struct Part {
+  Instance instance;
+  Look look;
 };
 
 // Of the many formats the library guesses at, only the wanted ones stay: each one more is one more
@@ -49,69 +56,9 @@ Format format_of(const Assimp::Importer& importer) {
   std::string first;
   extensions >> first;
   if (first == "gltf" || first == "glb") return Format::gltf;
+  if (first == "obj") return Format::obj;
   return first == "stl" ? Format::stl : Format::other;
 }
-
-// Colours of glTF are linear light; a model's colours here are those of the display.
-float to_display(float linear) {
-  const float x = std::clamp(linear, 0.0f, 1.0f);
-  return x <= 0.0031308f ? 12.92f * x : 1.055f * std::pow(x, 1 / 2.4f) - 0.055f;
-}
-
-Color color_of(const aiColor4D& color, Format format) {
-  if (format != Format::gltf) return {color.r, color.g, color.b, color.a};
-  return {to_display(color.r), to_display(color.g), to_display(color.b), color.a};
-}
-
-Color diffuse_of(const aiMaterial& source, Format format) {
-  aiColor4D diffuse(0.6f, 0.6f, 0.6f, 1.0f);
-  if (source.Get(AI_MATKEY_BASE_COLOR, diffuse) != aiReturn_SUCCESS) {
-    source.Get(AI_MATKEY_COLOR_DIFFUSE, diffuse);
-    float opacity = 1;
-    if (source.Get(AI_MATKEY_OPACITY, opacity) == aiReturn_SUCCESS) diffuse.a = opacity;
-  }
-  return color_of(diffuse, format);
-}
-
-// The file's materials, a white one, and again the file's without textures.
-class Materials {
- public:
-  Materials(const aiScene& scene, Format format, Texture_Importer* textures)
-      : sources_(scene.mNumMaterials), format_(format) {
-    for (unsigned i = 0; i < sources_; ++i) {
-      const aiMaterial& source = *scene.mMaterials[i];
-      Material& material = list_.emplace_back();
-      material.diffuse = diffuse_of(source, format);
-      plain_.push_back(material);
-      mappings_.push_back(textures ? textures->add_texture(material, source) : Texture_Mapping{});
-    }
-    list_.emplace_back();
-    list_.insert(list_.end(), plain_.begin(), plain_.end());
-  }
-
-  const std::vector<Material>& list() const { return list_; }
-
-  std::uint32_t of(const aiMesh& mesh) const {
-    if (mapping_of(mesh)) return mesh.mMaterialIndex;
-    // Outside glTF the colours of vertices replace the material's.
-    if (mesh.HasVertexColors(0) && format_ != Format::gltf) return sources_;
-    return sources_ + 1 + mesh.mMaterialIndex;
-  }
-
-  // Gives `place` for a vertex; null when the mesh shows no texture.
-  const Texture_Mapping* mapping_of(const aiMesh& mesh) const {
-    const unsigned material = mesh.mMaterialIndex;
-    if (material >= sources_ || list_[material].texture == no_texture) return nullptr;
-    const Texture_Mapping& mapping = mappings_[material];
-    return mesh.HasTextureCoords(mapping.channel) ? &mapping : nullptr;
-  }
-
- private:
-  std::uint32_t sources_;
-  Format format_;
-  std::vector<Material> list_, plain_;
-  std::vector<Texture_Mapping> mappings_;
-};
 
 // Walks the nodes without recursion: a damaged file may nest them without end.
 std::vector<Instance> instances_of(const aiScene& scene) {
@@ -136,7 +83,7 @@ std::vector<Instance> instances_of(const aiScene& scene) {
   return instances;
 }
 
-// Points and lines are left out.
+// Points and lines go another way.
 bool is_drawn(const aiFace& face) {
   return face.mNumIndices >= 3;
 }
@@ -163,29 +110,99 @@ void add_faces(Mesh& mesh, const aiMesh& source, bool mirrored) {
     mesh.face_sizes.clear();
 }
 
-Mesh mesh_of(const Instance& instance, Format format, const Materials& materials) {
-  const aiMesh& source = *instance.mesh;
-  const aiMatrix3x3 linear(instance.to_world);
-  const aiMatrix3x3 of_normals = aiMatrix3x3(linear).Inverse().Transpose();
-  const Texture_Mapping* const mapping = materials.mapping_of(source);
-  Mesh mesh;
-  mesh.material = materials.of(source);
-  // The normals of STL are those of its facets and not of the smooth surface.
-  mesh.has_normals = source.HasNormals() && format != Format::stl;
-  mesh.vertices.resize(source.mNumVertices);
-  for (unsigned i = 0; i < source.mNumVertices; ++i) {
-    Vertex& vertex = mesh.vertices[i];
-    const aiVector3D position = instance.to_world * source.mVertices[i];
+// Gives the vertices of an instance, one after the other.
+class Vertex_Source {
+ public:
+  Vertex_Source(const Instance& instance, Format format, const Look& look, bool with_normals)
+      : source_(*instance.mesh),
+        to_world_(instance.to_world),
+        of_normals_(aiMatrix3x3(to_world_).Inverse().Transpose()),
+        format_(format),
+        look_(look),
+        with_normals_(with_normals) {
+    // Some writers leave the alpha of vertices empty.
+    for (unsigned i = 0; source_.HasVertexColors(0) && i < source_.mNumVertices; ++i)
+      has_alpha_ = has_alpha_ || source_.mColors[0][i].a > 0;
+    has_alpha_ = has_alpha_ && look.vertex_alpha;
+  }
+
+  Vertex vertex(unsigned i) const {
+    Vertex vertex;
+    const aiVector3D position = to_world_ * source_.mVertices[i];
     vertex.position = {position.x, position.y, position.z};
-    if (mesh.has_normals) {
-      const aiVector3D normal = of_normals * source.mNormals[i];
+    if (with_normals_) {
+      const aiVector3D normal = of_normals_ * source_.mNormals[i];
       vertex.normal = {normal.x, normal.y, normal.z};
     }
-    if (source.HasVertexColors(0)) vertex.color = color_of(source.mColors[0][i], format);
-    if (mapping) vertex.place = mapping->place(source.mTextureCoords[mapping->channel][i]);
+    if (source_.HasVertexColors(0)) {
+      vertex.color = color_of(source_.mColors[0][i], format_);
+      if (!has_alpha_) vertex.color.alpha = 1;
+    }
+    if (look_.mapping)
+      vertex.place = look_.mapping->place(source_.mTextureCoords[look_.mapping->channel][i]);
+    return vertex;
   }
-  add_faces(mesh, source, linear.Determinant() < 0);
+
+ private:
+  const aiMesh& source_;
+  aiMatrix4x4 to_world_;
+  aiMatrix3x3 of_normals_;
+  Format format_;
+  Look look_;
+  bool with_normals_, has_alpha_ = false;
+};
+
+Mesh mesh_of(const Instance& instance, Format format, const Look& look) {
+  const aiMesh& source = *instance.mesh;
+  Mesh mesh;
+  mesh.material = look.material;
+  // The normals of STL are those of its facets and not of the smooth surface.
+  mesh.has_normals = source.HasNormals() && format != Format::stl;
+  const Vertex_Source vertices(instance, format, look, mesh.has_normals);
+  mesh.vertices.resize(source.mNumVertices);
+  for (unsigned i = 0; i < source.mNumVertices; ++i) mesh.vertices[i] = vertices.vertex(i);
+  add_faces(mesh, source, aiMatrix3x3(instance.to_world).Determinant() < 0);
   return mesh;
+}
+
+// The points and lines of an instance, without those that have no place.
+Loose loose_of(const Instance& instance, Format format, const Look& look) {
+  constexpr std::uint32_t unused = ~std::uint32_t{0};
+  const aiMesh& source = *instance.mesh;
+  Loose loose;
+  loose.material = look.material;
+  loose.has_normals = source.HasNormals();
+  const Vertex_Source vertices(instance, format, look, loose.has_normals);
+  std::vector<std::uint32_t> numbers(source.mNumVertices, unused);
+  const auto number_of = [&](unsigned i) {
+    if (numbers[i] == unused) {
+      numbers[i] = static_cast<std::uint32_t>(loose.vertices.size());
+      loose.vertices.push_back(vertices.vertex(i));
+    }
+    return numbers[i];
+  };
+  const auto has_place = [&](unsigned i) {
+    const aiVector3D& p = source.mVertices[i];
+    return i < source.mNumVertices && is_finite(Vec3f{p.x, p.y, p.z});
+  };
+  for (unsigned i = 0; i < source.mNumFaces; ++i) {
+    const aiFace& face = source.mFaces[i];
+    if (is_drawn(face) || !std::all_of(face.mIndices, face.mIndices + face.mNumIndices, has_place))
+      continue;
+    std::vector<std::uint32_t>& indices = face.mNumIndices == 2 ? loose.lines : loose.points;
+    for (unsigned c = 0; c < face.mNumIndices; ++c) indices.push_back(number_of(face.mIndices[c]));
+  }
+  // Without any face the vertices themselves are meant.
+  for (unsigned i = 0; source.mNumFaces == 0 && i < source.mNumVertices; ++i)
+    if (has_place(i)) loose.points.push_back(number_of(i));
+  return loose;
+}
+
+// STL has colours for facets, each of which has three vertices of its own.
+void color_facets(Mesh& mesh, const std::vector<Color>& colors, std::uint32_t white) {
+  if (colors.size() * 3 != mesh.vertices.size()) return;
+  mesh.material = white;
+  for (std::size_t i = 0; i < mesh.vertices.size(); ++i) mesh.vertices[i].color = colors[i / 3];
 }
 
 std::string too_large(const char* things, std::size_t count, std::size_t most) {
@@ -225,13 +242,32 @@ void import_model(const std::string& path, std::size_t most_triangles, const Loa
   if (const std::string objection = objection_to(instances, most_triangles); !objection.empty())
     return send(encode_refusal(objection));
   const Format format = format_of(importer);
-  Texture_Importer textures(*scene, folder, format == Format::gltf);
-  const Materials materials(*scene, format, with_textures ? &textures : nullptr);
+  Texture_Importer textures(*scene, folder, format == Format::gltf,
+                            format == Format::obj ? read_mtl_maps(path, folder) : Mtl_Maps());
+  const Material_Importer materials(*scene, format, with_textures ? &textures : nullptr);
   warnings.insert(warnings.end(), textures.warnings().begin(), textures.warnings().end());
-  send(encode_head({materials.list(), warnings, textures.images().size(), instances.size()}));
+  std::vector<Part> parts;
+  std::vector<Loose> loose;
+  for (const Instance& instance : instances) {
+    if (triangles_of(*instance.mesh) > 0) {
+      parts.push_back({instance, materials.look_of(*instance.mesh)});
+      if (const std::optional<Look> layer = materials.layer_of(*instance.mesh))
+        parts.push_back({instance, *layer});
+    }
+    Loose rest = loose_of(instance, format, materials.plain_look_of(*instance.mesh));
+    if (!rest.vertices.empty()) loose.push_back(std::move(rest));
+  }
+  send(encode_head({materials.list(), warnings, textures.images().size(), parts.size(),
+                    loose.size(), format == Format::stl}));
   for (const Image& image : textures.images()) send(encode_image(image));
-  for (const Instance& instance : instances)
-    send(encode_mesh(mesh_of(instance, format, materials)));
+  const std::vector<Color> facet_colors =
+      format == Format::stl ? read_stl_colors(path) : std::vector<Color>();
+  for (const Part& part : parts) {
+    Mesh mesh = mesh_of(part.instance, format, part.look);
+    color_facets(mesh, facet_colors, materials.white());
+    send(encode_mesh(mesh));
+  }
+  for (const Loose& rest : loose) send(encode_loose(rest));
 }
 
 }  // namespace kv

@@ -138,8 +138,8 @@ Model load_model(const std::string& path, const Load_Limits& limits, const Load_
     Model model = run_loader(path, limits, answer_bytes(limits.triangles), import).model;
     check_model(model, limits.triangles);
     for (Mesh& mesh : model.meshes) repair_mesh(mesh);
-    if (triangle_count(model) == 0)
-      refuse(path, "the model has no triangle", "there is nothing to draw");
+    if (triangle_count(model) == 0 && model.loose.empty())
+      refuse(path, "the model has no face, line or point", "there is nothing to draw");
     return model;
   });
 }

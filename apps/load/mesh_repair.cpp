@@ -14,6 +14,8 @@
 #include <span>
 #include <utility>
 
+#include "apps/load/flat_regions.h"
+
 namespace kv {
 namespace {
 
@@ -91,27 +93,43 @@ Meeting meeting_of(const Mesh& mesh) {
   return meeting;
 }
 
-// The mean of the facets around a corner that are not beyond an edge, larger ones counting more.
-Vec3 corner_normal(const std::vector<Vec3>& facets, const std::vector<Vec3>& directions,
-                   std::span<const std::uint32_t> around, std::size_t own) {
+// The faces of a mesh for its normals.
+struct Facets {
+  std::vector<Vec3> areas, directions;  // area vectors, and these of unit length
+  std::vector<double> regions;          // the area of the flat region that each is part of
+};
+
+// The mean of the facets around a corner that are not beyond an edge, larger ones counting more. A
+// flat region much larger than another keeps its normal up to its border, so that it looks flat.
+Vec3 corner_normal(const Facets& facets, std::span<const std::uint32_t> around, std::size_t own) {
+  const std::vector<Vec3>& directions = facets.directions;
   // Comparing each facet with each takes too long at a hub of many thousands, where it matters
   // little as well: there the facet's own normal is used.
   constexpr std::size_t hub = 1000;
   if (around.size() > hub) return directions[own];
   static const double least_cosine = std::cos(crease_degrees * std::numbers::pi / 180);
-  Vec3 sum;
-  for (const std::uint32_t other : around)
-    if (dot(directions[own], directions[other]) >= least_cosine) sum = sum + facets[other];
-  return normalized(sum);
+  constexpr double much_larger = 8;
+  Vec3 sum, of_regions;
+  double least = HUGE_VAL, most = 0;
+  for (const std::uint32_t other : around) {
+    if (dot(directions[own], directions[other]) < least_cosine) continue;
+    const double region = facets.regions[other];
+    sum = sum + facets.areas[other];
+    of_regions = of_regions + directions[other] * region;
+    least = std::min(least, region);
+    most = std::max(most, region);
+  }
+  return normalized(most > much_larger * least ? of_regions : sum);
 }
 
 void make_normals(Mesh& mesh) {
-  std::vector<Vec3> facets, directions;
+  Facets facets;
   for_each_face(mesh, [&](std::span<const std::uint32_t> face) {
-    facets.push_back(area_vector(mesh, face));
-    directions.push_back(normalized(facets.back()));
+    facets.areas.push_back(area_vector(mesh, face));
+    facets.directions.push_back(normalized(facets.areas.back()));
   });
   const Meeting meeting = meeting_of(mesh);
+  facets.regions = region_areas(facets.areas, facets.directions, meeting.first, meeting.faces);
   std::vector<Vec3f> normals;
   normals.reserve(mesh.indices.size());
   std::size_t own = 0;
@@ -120,7 +138,7 @@ void make_normals(Mesh& mesh) {
       const std::uint32_t place = meeting.places.of_vertex[vertex];
       const std::span<const std::uint32_t> around(meeting.faces.data() + meeting.first[place],
                                                   meeting.first[place + 1] - meeting.first[place]);
-      normals.push_back(narrow(corner_normal(facets, directions, around, own)));
+      normals.push_back(narrow(corner_normal(facets, around, own)));
     }
     ++own;
   });

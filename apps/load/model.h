@@ -1,6 +1,7 @@
 // A model as plain data: what the loader delivers and everything else reads.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -31,9 +32,12 @@ inline constexpr std::uint32_t no_texture = ~std::uint32_t{0};
 enum class Wrap : std::uint32_t { repeat, clamp, mirror };
 
 struct Material {
-  Color diffuse;  // multiplies the texture
+  Color diffuse;  // multiplies the texture; its alpha is the opacity
   std::uint32_t texture = no_texture;
   Wrap wrap_s = Wrap::repeat, wrap_t = Wrap::repeat;
+  Color emission{0, 0, 0, 1};  // added to what the light shows; not of textured materials
+  std::uint32_t unlit = 0;     // 1: seen in its own colour, whatever the light
+  std::uint32_t layer = 0;     // 1: its faces repeat those of another mesh and lie on them
 };
 
 // The sides of textures are powers of two: renderers find texels by masks.
@@ -56,10 +60,29 @@ struct Mesh {
   bool has_polygons() const { return !face_sizes.empty(); }
 };
 
+// Points and lines that are no part of a face.
+struct Loose {
+  std::vector<Vertex> vertices;
+  std::vector<std::uint32_t> points, lines;  // of vertices; two a line
+  std::uint32_t material = 0;
+  bool has_normals = false;
+};
+
+// A ball that holds what pictures are framed around; everything unless it was found otherwise.
+struct Bulk {
+  Vec3 middle;
+  double radius = HUGE_VAL;
+
+  bool holds(Vec3f position) const { return length(widen(position) - middle) <= radius; }
+};
+
 struct Model {
   std::vector<Material> materials;
   std::vector<Mesh> meshes;
   std::vector<Texture> textures{};
+  std::vector<Loose> loose{};
+  Bulk bulk{};
+  bool up_is_z = false;                 // by the custom of its format
   std::vector<std::string> warnings{};  // what is drawn otherwise than the file says
 };
 
@@ -86,6 +109,14 @@ inline Vec3 area_vector(const Mesh& mesh, std::span<const std::uint32_t> face) {
   for (std::size_t i = 1; i + 1 < face.size(); ++i)
     sum = sum + cross(at(i) - first, at(i + 1) - first);
   return sum;
+}
+
+template <class Visit>
+void for_each_position(const Model& model, Visit visit) {
+  for (const Mesh& mesh : model.meshes)
+    for (const Vertex& vertex : mesh.vertices) visit(vertex.position);
+  for (const Loose& loose : model.loose)
+    for (const Vertex& vertex : loose.vertices) visit(vertex.position);
 }
 
 inline std::size_t face_count(const Mesh& mesh) {

@@ -22,8 +22,8 @@ void clamp_color(Color& color) {
   color = {clamped(color.red), clamped(color.green), clamped(color.blue), clamped(color.alpha)};
 }
 
-bool normalize_normals(Mesh& mesh) {
-  for (Vertex& vertex : mesh.vertices) {
+bool normalize_normals(std::vector<Vertex>& vertices) {
+  for (Vertex& vertex : vertices) {
     const Vec3 direction = is_finite(vertex.normal) ? normalized(widen(vertex.normal)) : Vec3{};
     if (dot(direction, direction) < 0.5) return false;
     vertex.normal = narrow(direction);
@@ -33,6 +33,7 @@ bool normalize_normals(Mesh& mesh) {
 
 void check_material(Material& material, std::size_t texture_count) {
   clamp_color(material.diffuse);
+  clamp_color(material.emission);
   if (material.texture != no_texture && material.texture >= texture_count)
     refuse("a material names a texture that does not exist");
   for (const Wrap wrap : {material.wrap_s, material.wrap_t})
@@ -68,7 +69,20 @@ void check_mesh(Mesh& mesh, const std::string& name, std::size_t material_count)
     clamp_color(vertex.color);
     if (!std::isfinite(vertex.place.s) || !std::isfinite(vertex.place.t)) vertex.place = {};
   }
-  mesh.has_normals = mesh.has_normals && normalize_normals(mesh);
+  mesh.has_normals = mesh.has_normals && normalize_normals(mesh.vertices);
+}
+
+void check_loose(Loose& loose, std::size_t material_count) {
+  if (loose.material >= material_count) refuse("a line or point names a material that is missing");
+  if (loose.lines.size() % 2 != 0) refuse("a line ends at its first point");
+  for (const auto* indices : {&loose.points, &loose.lines})
+    for (const std::uint32_t index : *indices)
+      if (index >= loose.vertices.size()) refuse("a line or point names a vertex that is missing");
+  for (Vertex& vertex : loose.vertices) {
+    if (!is_finite(vertex.position)) refuse("a point has a coordinate that is not a finite number");
+    clamp_color(vertex.color);
+  }
+  loose.has_normals = loose.has_normals && normalize_normals(loose.vertices);
 }
 
 }  // namespace
@@ -76,6 +90,7 @@ void check_mesh(Mesh& mesh, const std::string& name, std::size_t material_count)
 void check_model(Model& model, std::size_t most_triangles) {
   for (std::size_t i = 0; i < model.meshes.size(); ++i)
     check_mesh(model.meshes[i], "mesh " + std::to_string(i), model.materials.size());
+  for (Loose& loose : model.loose) check_loose(loose, model.materials.size());
   const std::size_t triangles = triangle_count(model);
   if (triangles > most_triangles)
     refuse("it has " + std::to_string(triangles) + " triangles, more than " +

@@ -93,6 +93,16 @@ Mesh read_mesh(Reader& reader) {
   return mesh;
 }
 
+Loose read_loose(Reader& reader) {
+  Loose loose;
+  loose.material = reader.number();
+  loose.has_normals = reader.number() != 0;
+  loose.vertices = reader.counted<Vertex>();
+  loose.points = reader.counted<std::uint32_t>();
+  loose.lines = reader.counted<std::uint32_t>();
+  return loose;
+}
+
 Image read_image(Reader& reader) {
   Image image;
   image.width = reader.number();
@@ -108,6 +118,8 @@ Model read_model(Reader& reader) {
   const std::uint32_t warnings = reader.number();
   const std::uint32_t textures = reader.number();
   const std::uint32_t meshes = reader.number();
+  const std::uint32_t loose = reader.number();
+  model.up_is_z = reader.number() != 0;
   for (std::uint32_t i = 0; i < warnings; ++i) model.warnings.push_back(reader.text());
   for (std::uint32_t i = 0; i < textures; ++i) {
     Texture& texture = model.textures.emplace_back();
@@ -115,6 +127,7 @@ Model read_model(Reader& reader) {
     texture.sees_through = sees_through(texture.image);
   }
   for (std::uint32_t i = 0; i < meshes; ++i) model.meshes.push_back(read_mesh(reader));
+  for (std::uint32_t i = 0; i < loose; ++i) model.loose.push_back(read_loose(reader));
   return model;
 }
 
@@ -138,6 +151,8 @@ Bytes encode_head(const Model_Head& head) {
   writer.number(head.warnings.size());
   writer.number(head.texture_count);
   writer.number(head.mesh_count);
+  writer.number(head.loose_count);
+  writer.number(head.up_is_z ? 1 : 0);
   for (const std::string& warning : head.warnings) writer.counted(std::span<const char>(warning));
   return writer.take();
 }
@@ -163,6 +178,16 @@ Bytes encode_mesh(const Mesh& mesh) {
   writer.counted(std::span<const Vertex>(mesh.vertices));
   writer.counted(std::span<const std::uint32_t>(mesh.indices));
   writer.counted(std::span<const std::uint32_t>(mesh.face_sizes));
+  return writer.take();
+}
+
+Bytes encode_loose(const Loose& loose) {
+  Writer writer;
+  writer.number(loose.material);
+  writer.number(loose.has_normals ? 1 : 0);
+  writer.counted(std::span<const Vertex>(loose.vertices));
+  writer.counted(std::span<const std::uint32_t>(loose.points));
+  writer.counted(std::span<const std::uint32_t>(loose.lines));
   return writer.take();
 }
 

@@ -16,15 +16,17 @@ namespace kv {
 using Bytes = std::vector<std::byte>;
 
 Bytes encode_refusal(std::string_view reason);
-// A model travels as its head and then each of its textures and meshes.
+// A model travels as its head and then each of its textures, meshes and loose parts.
 struct Model_Head {
   std::vector<Material> materials;
   std::vector<std::string> warnings;
-  std::size_t texture_count = 0, mesh_count = 0;
+  std::size_t texture_count = 0, mesh_count = 0, loose_count = 0;
+  bool up_is_z = false;
 };
 Bytes encode_head(const Model_Head& head);
 Bytes encode_image(const Image& image);
 Bytes encode_mesh(const Mesh& mesh);
+Bytes encode_loose(const Loose& loose);
 // An image alone is an answer of its own.
 Bytes encode_image_head();
 

@@ -21,9 +21,10 @@ float mean_depth(std::span<const KT_Point> points) {
   return sum / static_cast<float>(points.size());
 }
 
-std::vector<Ranked_Face> ranked_faces(const Device_Geometry& geometry) {
+std::vector<Ranked_Face> ranked_faces(const Device_Geometry& geometry, bool translucent_only) {
   std::vector<Ranked_Face> ranked;
   for (std::size_t s = 0; s < geometry.strips().size(); ++s) {
+    if (translucent_only && !geometry.strips()[s].translucent) continue;
     const auto strip = static_cast<std::uint32_t>(s);
     const std::span<const KT_Point> points = geometry.points(geometry.strips()[s]);
     if (geometry.mode() == Mode::polygons) {
@@ -53,14 +54,15 @@ void add_triangle(Device_Geometry& sorted, const Device_Geometry& geometry,
   const Strip_Texture texture = geometry.texture(strip);
   const std::array places = picked(texture.places, corners);
   const std::array w = picked(texture.w, corners);
-  sorted.add(points, three_colors, strip.faces_away,
-             {texture.material, places, w, texture.in_reach});
+  sorted.add(
+      points, three_colors, strip.faces_away,
+      {texture.material, places, w, texture.in_reach, texture.in_plane, texture.sees_through});
 }
 
 }  // namespace
 
-Device_Geometry back_to_front(const Device_Geometry& geometry) {
-  std::vector<Ranked_Face> ranked = ranked_faces(geometry);
+Device_Geometry back_to_front(const Device_Geometry& geometry, bool translucent_only) {
+  std::vector<Ranked_Face> ranked = ranked_faces(geometry, translucent_only);
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.depth > b.depth; });
   Device_Geometry sorted(geometry.mode());

@@ -34,15 +34,22 @@ Vec3 turned(Vec3 v, Up_Axis up) {
       return {v.y, -v.x, v.z};
     case Up_Axis::z:
       return {v.x, -v.z, v.y};
+    case Up_Axis::minus_x:
+      return {-v.y, v.x, v.z};
+    case Up_Axis::minus_y:
+      return {-v.x, -v.y, v.z};
+    case Up_Axis::minus_z:
+      return {v.x, v.z, -v.y};
     default:
       return v;
   }
 }
 
 template <class Visit>
-void for_each_position(const Model& model, Visit visit) {
-  for (const Mesh& mesh : model.meshes)
-    for (const Vertex& vertex : mesh.vertices) visit(vertex.position);
+void for_each_framed(const Model& model, Visit visit) {
+  for_each_position(model, [&](Vec3f position) {
+    if (model.bulk.holds(position)) visit(position);
+  });
 }
 
 struct Range {
@@ -55,7 +62,14 @@ struct Range {
   }
   double middle() const { return (low + high) / 2; }
   double size() const { return high - low; }
+  void widen_by(double margin) { low -= margin, high += margin; }
 };
+
+// A model that is a single place is framed as if it had a size.
+double size_of_a_place(Vec3 place) {
+  constexpr double part = 1e-3;
+  return std::max(1.0, length(place)) * part;
+}
 
 }  // namespace
 
@@ -71,7 +85,9 @@ View::View(const Camera_Options& options, int width, int height, const Model& mo
   const double side = std::min(width, height);
   middle_x_ = half_width_ + options.pan_x * side;
   middle_y_ = half_height_ + options.pan_y * side;
-  set_axes(options);
+  set_axes(options, options.up != Up_Axis::by_format ? options.up
+                    : model.up_is_z                  ? Up_Axis::z
+                                                     : Up_Axis::y);
   if (options.framing == Framing::steady) {
     frame_steady(options, model);
     return;
@@ -83,23 +99,27 @@ View::View(const Camera_Options& options, int width, int height, const Model& mo
     frame_perspective(options, model, extent);
 }
 
-void View::set_axes(const Camera_Options& options) {
+void View::set_axes(const Camera_Options& options, Up_Axis up) {
   const double azimuth = radians(options.azimuth), elevation = radians(options.elevation);
   const double ca = std::cos(azimuth), sa = std::sin(azimuth);
   const double ce = std::cos(elevation), se = std::sin(elevation);
-  right_ = turned({ca, 0, -sa}, options.up);
-  up_ = turned({-sa * se, ce, -ca * se}, options.up);
-  back_ = turned({sa * ce, se, ca * ce}, options.up);
+  right_ = turned({ca, 0, -sa}, up);
+  up_ = turned({-sa * se, ce, -ca * se}, up);
+  back_ = turned({sa * ce, se, ca * ce}, up);
 }
 
 View::Extent View::extent_of(const Model& model) const {
   Extent extent;
-  for_each_position(model, [&](Vec3f position) {
+  for_each_framed(model, [&](Vec3f position) {
     const Vec3 p = widen(position);
     extent.x.include(dot(p, right_));
     extent.y.include(dot(p, up_));
     extent.z.include(dot(p, back_));
   });
+  if (extent.size() == 0) {
+    const double margin = size_of_a_place({extent.x.low, extent.y.low, extent.z.low});
+    for (Range* range : {&extent.x, &extent.y, &extent.z}) range->widen_by(margin);
+  }
   return extent;
 }
 
@@ -140,7 +160,7 @@ void View::frame_perspective(const Camera_Options& options, const Model& model,
   // Relative to the middle, so that a far-off-centre model loses no digits.
   const Vec3 middle{extent.x.middle(), extent.y.middle(), extent.z.middle()};
   const auto measure = [&](Reach& x, Reach& y) {
-    for_each_position(model, [&](Vec3f position) {
+    for_each_framed(model, [&](Vec3f position) {
       const Vec3 p = widen(position);
       const Vec3 v = Vec3{dot(p, right_), dot(p, up_), dot(p, back_)} - middle;
       x.include(v.x, v.z);
@@ -184,11 +204,12 @@ void View::frame_orthographic(const Camera_Options& options, const Extent& exten
 
 void View::frame_steady(const Camera_Options& options, const Model& model) {
   Range x, y, z;
-  for_each_position(model, [&](Vec3f p) { x.include(p.x), y.include(p.y), z.include(p.z); });
+  for_each_framed(model, [&](Vec3f p) { x.include(p.x), y.include(p.y), z.include(p.z); });
   const Vec3 middle{x.middle(), y.middle(), z.middle()};
   double radius = 0;
-  for_each_position(
+  for_each_framed(
       model, [&](Vec3f position) { radius = std::max(radius, length(widen(position) - middle)); });
+  if (radius == 0) radius = size_of_a_place(middle);
   const double used = used_part * std::min(half_width_, half_height_);
   const double focus = focus_for(half_width_, half_height_);
   // In perspective the sides of the window touch the sphere before its middle.

@@ -6,7 +6,8 @@
 
 namespace kv {
 
-enum class Up_Axis { x, y, z };
+// `by_format`: z for models whose format has it so, else y.
+enum class Up_Axis { by_format, x, y, z, minus_x, minus_y, minus_z };
 
 // What fits the window at zoom 1: the model as it is seen, or the sphere around it. With the sphere
 // the model keeps its size while the camera turns.
@@ -20,7 +21,7 @@ struct Camera_Options {
   double zoom = 1;        // 1: the whole model fits the window
   double distance = 1;    // of the eye; 1: as far as the whole model fits, 0 is in its middle
   bool orthographic = false;
-  Up_Axis up = Up_Axis::y;
+  Up_Axis up = Up_Axis::by_format;
   Framing framing = Framing::close;
   double pan_x = 0, pan_y = 0;  // of the picture to the right and up, in its shorter sides
 };
@@ -49,7 +50,7 @@ class View {
  private:
   struct Extent;
 
-  void set_axes(const Camera_Options& options);
+  void set_axes(const Camera_Options& options, Up_Axis up);
   Extent extent_of(const Model& model) const;
   void frame_steady(const Camera_Options& options, const Model& model);
   void frame_perspective(const Camera_Options& options, const Model& model, const Extent& extent);

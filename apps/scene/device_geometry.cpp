@@ -44,7 +44,6 @@ class Mesh_Projector {
   void project(const Mesh& mesh, const Strip_Set& strips) {
     material_ = mesh.material;
     textured_ = material().texture != no_texture && result_.mode() != Mode::polygons;
-    if (textured_ && texture().sees_through) result_.set_sees_through();
     place_vertices(mesh);
     if (result_.mode() == Mode::polygons)
       return for_each_face(mesh,
@@ -62,9 +61,10 @@ class Mesh_Projector {
     for (std::size_t i = 0; i < placed_.size(); ++i) {
       const Vertex& vertex = mesh.vertices[i];
       Color color = vertex.color * material().diffuse;
-      color.alpha = opacity_;
+      color.alpha *= opacity_;
       if (result_.mode() == Mode::shaded)
-        color = lighting_.shade(widen(vertex.normal), view_.toward_eye(vertex.position), color);
+        color = lighting_.shade(widen(vertex.normal), view_.toward_eye(vertex.position), color,
+                                material());
       placed_[i] = {view_.to_eye(vertex.position), color, vertex.place};
     }
   }
@@ -83,7 +83,8 @@ class Mesh_Projector {
     const auto corners = static_cast<float>(face.size());
     return device_color(lighting_.shade(
         normal, viewer,
-        {sum.red / corners, sum.green / corners, sum.blue / corners, sum.alpha / corners}));
+        {sum.red / corners, sum.green / corners, sum.blue / corners, sum.alpha / corners},
+        material()));
   }
 
   void add_strip(const Mesh& mesh, std::span<const std::uint32_t> strip) {
@@ -142,26 +143,40 @@ class Mesh_Projector {
     result_.add(points_, color, face_faces_away(points_));
   }
 
-  // Adds the points as a strip, in pieces that face one way.
+  // Adds the points as a strip, in pieces that face one way and take their texture one way.
   void add_runs(std::span<const KT_RGB32> colors) {
     const std::span<const KT_Point> points = points_;
     const std::size_t triangles = points.size() - 2;
     for (std::size_t first = 0, end = 0; first < triangles; first = end) {
       const bool faces_away = triangle_faces_away(points, first);
-      while (end < triangles && triangle_faces_away(points, end) == faces_away) ++end;
+      const bool in_plane = is_in_plane(first);
+      while (end < triangles && triangle_faces_away(points, end) == faces_away &&
+             is_in_plane(end) == in_plane)
+        ++end;
       const std::size_t count = end - first + 2;
       result_.add(points.subspan(first, count),
                   colors.subspan(first, result_.color_count(count, textured_)), faces_away,
-                  run_texture(first, count));
+                  run_texture(first, count, in_plane));
     }
   }
 
-  Strip_Texture run_texture(std::size_t first, std::size_t count) {
+  // Whether triangle `t` of the points may take its texture in the plane.
+  bool is_in_plane(std::size_t t) const {
+    if (!textured_ || view_.orthographic()) return true;
+    const auto side = [&](std::size_t a, std::size_t b) {
+      return is_even_side({points_[a], places_[a], w_[a]}, {points_[b], places_[b], w_[b]},
+                          texture().image);
+    };
+    return side(t, t + 1) && side(t + 1, t + 2) && side(t, t + 2);
+  }
+
+  Strip_Texture run_texture(std::size_t first, std::size_t count, bool in_plane) {
     if (!textured_) return {};
     run_places_.assign(places_.begin() + static_cast<std::ptrdiff_t>(first),
                        places_.begin() + static_cast<std::ptrdiff_t>(first + count));
     const bool in_reach = settle_places(run_places_, material(), texture().image);
-    return {material_, run_places_, std::span(w_).subspan(first, count), in_reach};
+    return {material_, run_places_, std::span(w_).subspan(first, count),
+            in_reach,  in_plane,    texture().sees_through};
   }
 
   void clear_points() {
@@ -203,8 +218,14 @@ KT_RGB32 device_color(const Color& color) {
 
 void Device_Geometry::add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors,
                           bool faces_away, const Strip_Texture& texture) {
+  const auto alpha_below = [&](int limit) {
+    return [limit](const KT_RGB32& color) { return color.alpha < limit; };
+  };
+  if (std::all_of(colors.begin(), colors.end(), alpha_below(1))) return;
+  const bool translucent =
+      texture.sees_through || std::any_of(colors.begin(), colors.end(), alpha_below(255));
   strips_.push_back({points_.size(), points.size(), colors_.size(), faces_away, texture.material,
-                     places_.size(), texture.in_reach});
+                     places_.size(), texture.in_reach, texture.in_plane, translucent});
   points_.insert(points_.end(), points.begin(), points.end());
   colors_.insert(colors_.end(), colors.begin(), colors.end());
   places_.insert(places_.end(), texture.places.begin(), texture.places.end());
@@ -212,8 +233,8 @@ void Device_Geometry::add(std::span<const KT_Point> points, std::span<const KT_R
 }
 
 bool Device_Geometry::translucent() const {
-  return sees_through_ || std::any_of(colors_.begin(), colors_.end(),
-                                      [](const KT_RGB32& color) { return color.alpha < 255; });
+  return std::any_of(strips_.begin(), strips_.end(),
+                     [](const Device_Strip& strip) { return strip.translucent; });
 }
 
 void Device_Geometry::put_backs_first() {

@@ -25,6 +25,8 @@ struct Device_Strip {
   std::uint32_t material = no_texture;  // whose texture is drawn
   std::size_t first_place = 0;
   bool in_reach = true;  // of the texel numbers of a renderer
+  bool in_plane = true;  // its texture may be mapped in the plane of the picture
+  bool translucent = false;
 
   bool textured() const { return material != no_texture; }
 };
@@ -34,7 +36,8 @@ struct Strip_Texture {
   std::uint32_t material = no_texture;
   std::span<const KT_Parameter> places{};
   std::span<const float> w{};
-  bool in_reach = true;
+  bool in_reach = true, in_plane = true;
+  bool sees_through = false;
 };
 
 // Strips in device coordinates, on or off the window; nothing of them is before the near plane.
@@ -42,7 +45,7 @@ class Device_Geometry {
  public:
   explicit Device_Geometry(Mode mode) : mode_(mode) {}
 
-  // `colors` are as many as the mode needs.
+  // `colors` are as many as the mode needs. Nothing is added that is not seen at all.
   void add(std::span<const KT_Point> points, std::span<const KT_RGB32> colors, bool faces_away,
            const Strip_Texture& texture = {});
   // A module draws the pixels of all edges. Where a front and a back share an edge at the same
@@ -50,12 +53,11 @@ class Device_Geometry {
   void put_backs_first();
 
   Mode mode() const { return mode_; }
-  // Whether any colour or texture lets something through.
-  bool translucent() const;
-  void set_sees_through() { sees_through_ = true; }
   const std::vector<Device_Strip>& strips() const { return strips_; }
   // Draws these strips out of those that were added.
   void show_only(std::vector<Device_Strip> strips) { strips_ = std::move(strips); }
+  // Whether any strip lets something through.
+  bool translucent() const;
   std::span<const KT_Point> points(const Device_Strip& strip) const {
     return std::span(points_).subspan(strip.first_point, strip.point_count);
   }
@@ -69,8 +71,12 @@ class Device_Geometry {
   }
   Strip_Texture texture(const Device_Strip& strip) const {
     if (!strip.textured()) return {};
-    return {strip.material, std::span(places_).subspan(strip.first_place, strip.point_count),
-            std::span(w_).subspan(strip.first_place, strip.point_count), strip.in_reach};
+    return {strip.material,
+            std::span(places_).subspan(strip.first_place, strip.point_count),
+            std::span(w_).subspan(strip.first_place, strip.point_count),
+            strip.in_reach,
+            strip.in_plane,
+            strip.translucent};
   }
 
  private:
@@ -79,7 +85,6 @@ class Device_Geometry {
   std::vector<KT_RGB32> colors_;
   std::vector<KT_Parameter> places_;
   std::vector<float> w_;
-  bool sees_through_ = false;
   std::vector<Device_Strip> strips_;
 };
 
@@ -88,8 +93,8 @@ KT_RGB32 device_color(const Color& color);
 // `opacity` from 0 to 1 becomes the alpha of every colour. With Mode::polygons faces are lit flat.
 Device_Geometry device_geometry(const Scene& scene, const View& view, Mode mode, float opacity = 1);
 
-// The same triangles or polygons one by one, the farthest first: for drawing without a depth
-// buffer.
-Device_Geometry back_to_front(const Device_Geometry& geometry);
+// The same triangles or polygons one by one, the farthest first: for drawing without a depth buffer
+// and for blending. Of `translucent_only` those alone that let something through.
+Device_Geometry back_to_front(const Device_Geometry& geometry, bool translucent_only = false);
 
 }  // namespace kv

@@ -58,15 +58,24 @@ bool is_feature(const Side* first, const Side* last) {
   return std::abs(dot(first[0].normal, first[1].normal)) < flat;
 }
 
+// Neighbours may run round in opposite ways.
+Bend bend_of(const Side& first, const Side& second) {
+  const Vec3 other = dot(first.normal, second.normal) < 0 ? -second.normal : second.normal;
+  return {first.edge, narrow(first.normal), narrow(other)};
+}
+
 }  // namespace
 
-std::vector<Edge> edges_of(const Mesh& mesh, Edge_Choice choice) {
+Edges edges_of(const Mesh& mesh, Edge_Choice choice) {
   const std::vector<Side> sides = sides_of(mesh);
-  std::vector<Edge> edges;
+  Edges edges;
   for (const Side *first = sides.data(), *end = first + sides.size(); first != end;) {
     const Side* last = first;
     while (last != end && last->low == first->low && last->high == first->high) ++last;
-    if (choice == Edge_Choice::all || is_feature(first, last)) edges.push_back(first->edge);
+    if (choice == Edge_Choice::all || is_feature(first, last))
+      edges.shown.push_back(first->edge);
+    else
+      edges.bends.push_back(bend_of(first[0], first[1]));
     first = last;
   }
   return edges;

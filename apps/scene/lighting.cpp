@@ -36,4 +36,13 @@ Color Lighting::shade(Vec3 normal, Vec3 toward_eye, const Color& surface) const 
           lit(surface.blue, light, shine), surface.alpha};
 }
 
+Color Lighting::shade(Vec3 normal, Vec3 toward_eye, const Color& surface,
+                      const Material& material) const {
+  if (material.unlit != 0) return surface;
+  const Color shaded = shade(normal, toward_eye, surface);
+  const Color& own = material.emission;
+  return {std::min(1.0f, shaded.red + own.red), std::min(1.0f, shaded.green + own.green),
+          std::min(1.0f, shaded.blue + own.blue), shaded.alpha};
+}
+
 }  // namespace kv

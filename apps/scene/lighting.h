@@ -13,6 +13,8 @@ class Lighting {
 
   // The colour of a surface. Both sides are lit; `toward_eye` decides which one is seen.
   Color shade(Vec3 normal, Vec3 toward_eye, const Color& surface) const;
+  // The same for the light that a material gives off and for those that take none.
+  Color shade(Vec3 normal, Vec3 toward_eye, const Color& surface, const Material& material) const;
 
  private:
   Vec3 key_, fill_, highlight_;

@@ -49,4 +49,14 @@ bool settle_places(std::span<KT_Parameter> places, const Material& material, con
   return s_in_reach && t_in_reach;
 }
 
+// In perspective the middle of the side on the picture is not the middle of its texture:
+// it lies w_a / (w_a + w_b) of the way.
+bool is_even_side(const Textured_Corner& a, const Textured_Corner& b, const Image& image) {
+  const float off = std::abs(a.w - b.w) / (2 * (a.w + b.w));
+  const float texels = std::hypot((a.place.s - b.place.s) * static_cast<float>(image.width),
+                                  (a.place.t - b.place.t) * static_cast<float>(image.height));
+  const float pixels = std::hypot(a.point.x - b.point.x, a.point.y - b.point.y);
+  return off * std::min(texels, pixels) <= 0.5f;
+}
+
 }  // namespace kv

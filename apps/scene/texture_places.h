@@ -26,4 +26,15 @@ constexpr std::uint32_t drawn_side(std::uint32_t side) {
 // count to.
 bool settle_places(std::span<KT_Parameter> places, const Material& material, const Image& image);
 
+// A corner of a textured face on the device.
+struct Textured_Corner {
+  KT_Point point;
+  KT_Parameter place;
+  float w;
+};
+
+// Whether a texture that is mapped in the plane of the picture lies between two corners where it
+// does in perspective: nowhere off by both half a texel and half a pixel.
+bool is_even_side(const Textured_Corner& a, const Textured_Corner& b, const Image& image);
+
 }  // namespace kv

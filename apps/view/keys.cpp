@@ -53,7 +53,7 @@ void next_palette(Options& options) {
 
 void next_up_axis(Options& options) {
   Up_Axis& up = options.camera.up;
-  up = up == Up_Axis::x ? Up_Axis::y : up == Up_Axis::y ? Up_Axis::z : Up_Axis::x;
+  up = up == Up_Axis::minus_z ? Up_Axis::x : static_cast<Up_Axis>(static_cast<int>(up) + 1);
 }
 
 void zoom_in_middle(Options& options, int steps) {

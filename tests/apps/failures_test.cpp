@@ -22,7 +22,6 @@ const Row models[] = {
     {"blank.obj", 1, "blank.obj", ""},
     {"pipe", 1, "pipe", "not a regular file"},
     {"/dev/zero", 1, "/dev/zero", "not a regular file"},
-    {"points.obj", 1, "points.obj", "no triangle"},
     {"cube.obj --max-triangles 11", 1, "cube.obj", "12 triangles"},
     {"vast.stl", 1, "vast.stl", "larger than the 4096 MB"},
     // What a model names must lie in its folder and be a regular file.

@@ -1,5 +1,6 @@
 // Pictures by what is seen in them: a letter for the hue at each place.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <sstream>
 
@@ -75,8 +76,54 @@ class Pictures : public Program {
     write_square("odd", "odd.png");
     write_square("tga", "tex.tga");
     write_square("case", "C:\\art\\My Skin.PNG");
+    write_looks();
     write_square("clamped", "-clamp on tex.png", 4, -1.5);
     write_holes();
+  }
+  // Squares of one material each, facets in colours, points and lines.
+  void write_looks() const {
+    write("half.png", png_of("kwkw", 2, 16));
+    for (const auto& [name, look] :
+         {std::pair<std::string, std::string>{"glass", "Kd 1 0 0\nd 0.25"},
+          {"lamp", "Kd 0 0 0\nKe 0 1 0"},
+          {"glow", "Kd 0 0 0\nmap_Kd half.png\nmap_Ke tex.png"},
+          {"moved", "Kd 1 1 1\nmap_Kd -o 0.5 0 -s 1 1 1 tex.png"},
+          {"cut", "Kd 1 1 1\nmap_d half.png"}}) {
+      write_square(name, "unused.png");
+      write(name + ".mtl", "newmtl skin\n" + look + "\n");
+    }
+    std::string blend = content_of(path("triangle.gltf"));
+    blend.replace(blend.find("0.01, 1]}"), 9, "0.01, 0.25]}, \"alphaMode\": \"BLEND\"");
+    write("glass.gltf", blend);
+    constexpr std::uint16_t object = 0x8000, red = 31, green = 31 << 5, blue = 31 << 10;
+    write_stl("facets.stl", "COLOR=\xff", {object, green, blue});
+    write_stl("marked.stl", "", {object, object | blue, object | red});
+    std::string head = "ply\nformat ascii 1.0\nelement vertex 4\n";
+    for (const char* axis : {"x", "y", "z"}) head += std::string("property float ") + axis + "\n";
+    for (const char* c : {"red", "green", "blue"})
+      head += std::string("property uchar ") + c + "\n";
+    write("dots.ply", head +
+                          "end_header\n0 0 0 255 0 0\n1 0 0 0 255 0\n1 1 0 0 0 255\n"
+                          "0 1 0 255 0 255\n");
+    write("loop.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nl 1 2 3 4 1\n");
+  }
+  // Triangles side by side, the right angle of each at its left below.
+  void write_stl(const std::string& name, std::string header,
+                 const std::vector<std::uint16_t>& words) const {
+    const auto bytes = [](auto number) {
+      return std::string(reinterpret_cast<const char*>(&number), sizeof number);
+    };
+    header.resize(80, '\0');
+    if (header[0] == 'C') header[9] = '\xff';  // opaque
+    std::string file = header + bytes(static_cast<std::uint32_t>(words.size()));
+    float x = 0;
+    for (const std::uint16_t word : words) {
+      for (const float number : {0.f, 0.f, 1.f, x, 0.f, 0.f, x + 1, 0.f, 0.f, x, 3.f, 0.f})
+        file += bytes(number);
+      file += bytes(word);
+      ++x;
+    }
+    write(name, file);
   }
   // A square whose texture cuts out two quarters; its first row is at t of 0.
   void write_holes() const {
@@ -113,7 +160,23 @@ TEST_F(Pictures, show_the_right_hues) {
   } rows[] = {
       {"cube.obj", "--azimuth=30 --mode=flat --ortho --distance=0", direct, "50,50", "r"},
       {"sheet.ply --background=#0000ff", "--ortho", one, "50,80 5,5 95,95", "rbb"},
-      {"sheet.stl --background=#0000ff", "--ortho", one, "50,80 5,5 95,5", "wbb"},
+      {"sheet.stl --background=#0000ff --up=y", "--ortho", one, "50,80 5,5 95,5", "wbb"},
+      {"sheet.stl --background=#0000ff --elevation=90", "--ortho", one, "50,80 5,5 95,5", "wbb"},
+      {"sheet.obj --background=#0000ff --up=-y", "--ortho", one, "50,20 5,95 95,95", "rbb"},
+      {"glass.obj --background=#0000ff", "--mode=shaded --mode=flat --polygons", direct, "50,50",
+       "b"},
+      {"glass.gltf --background=#0000ff", "--mode=shaded --mode=flat", direct, "50,50", "b"},
+      {"lamp.obj", "--mode=shaded --mode=flat", all, "50,50", "g"},
+      {"glow.obj", "--mode=shaded --mode=flat", all, quarters, "rgbm"},
+      {"moved.obj", "--texture=nearest", all, quarters, "grmb"},
+      {"cut.obj --background=#00ff00", "--texture=nearest", direct, quarters, "gwgw"},
+      {"facets.stl --up=y", "--mode=shaded --mode=flat", one, "10,85 44,85 77,85", "rgb"},
+      {"marked.stl --up=y", "--mode=shaded --mode=flat", one, "10,85 44,85 77,85", "wrb"},
+      {"dots.ply --point-size=30",
+       "--mode=shaded --mode=wireframe --mode=hidden-line --mode=points", all,
+       "8,92 92,92 92,8 8,8", "rgbm"},
+      {"loop.obj --line-width=12 --background=#0000ff",
+       "--mode=shaded --mode=wireframe --mode=points", all, "50,5 5,50 50,50", "wwb"},
       {"triangle.gltf --background=#0000ff", "--ortho", one, "50,80 5,5 95,5", "rbb"},
       {"sheet.obj", "--ortho", one, "20,90 20,20 50,20", "rwr"},
       {"square.obj", by_all, all, quarters, "rgbm"},
@@ -232,6 +295,67 @@ TEST_F(Pictures, show_what_is_left_without_files_that_cannot_be_read) {
   write_square("t", "cut.png");
   const Outcome outcome = run("t.obj --info");
   EXPECT_NE(outcome.output.find("texture 'cut.png' is damaged"), std::string::npos);
+}
+
+// Lines win over the face that they border, whatever its slope and their width.
+TEST_F(Pictures, of_hidden_lines_hide_no_edge_behind_its_own_face) {
+  for (const char* view : {" --azimuth=84 --elevation=3", " --azimuth=30 --elevation=80", ""})
+    for (const char* width : {" --line-width=1", " --line-width=5"}) {
+      const std::string line = std::string("quad.obj --ortho") + width + view;
+      const Decoded hidden = draw(line + " --mode=hidden-line");
+      const Decoded wire = draw(line + " --mode=wireframe");
+      int missing = 0;
+      for (std::uint32_t i = 0; i < 10000; ++i)
+        missing += (wire.at(i % 100, i / 100) != wire.at(0, 0)) !=
+                   (hidden.at(i % 100, i / 100) != hidden.at(0, 0));
+      EXPECT_EQ(missing, 0) << line;
+    }
+}
+
+// A drum has no edge along its side, but is seen with one on the left and one on the right.
+TEST_F(Pictures, of_features_show_outlines) {
+  std::ostringstream drum;
+  for (int i = 0; i < 24; ++i)
+    for (const int y : {0, 2})
+      drum << "v " << std::cos(i * 0.2618) << " " << y << " " << std::sin(i * 0.2618) << "\n";
+  for (int i = 0; i < 24; ++i) {
+    const int a = 2 * i + 1, b = (2 * i + 2) % 48 + 1;
+    drum << "f " << a << " " << a + 1 << " " << b + 1 << " " << b << "\n";
+  }
+  write("drum.obj", drum.str());
+  for (const char* mode : {" --mode=wireframe", " --mode=hidden-line"}) {
+    const Decoded picture = draw(std::string("drum.obj --ortho --wire=feature") + mode);
+    int crossed = 0;
+    for (std::uint32_t x = 0; x < 100; ++x) crossed += picture.at(x, 50) != picture.at(0, 0);
+    EXPECT_TRUE(crossed >= 2 && crossed <= 4) << mode << " " << crossed;
+  }
+}
+
+// The module maps in the plane: large faces at a slant go another way by themselves.
+TEST_F(Pictures, of_slanted_textures_are_in_perspective) {
+  const std::string line = "square.obj --azimuth=75 --distance=0.6 --size=200x200";
+  EXPECT_EQ(differing_pixels(draw(line), draw(line + " --perspective-correct")), 0);
+}
+
+TEST_F(Pictures, of_models_with_a_stray_vertex_frame_the_rest) {
+  write("far.obj", content_of(path("cube.obj")) + "v 1e5 2e5 3e4\nf 1 2 9\n");
+  const std::string line = "far.obj -o out.png --size=100x100 --azimuth=0 --elevation=0";
+  Outcome outcome = run(line);
+  EXPECT_EQ(outcome.exit_code, 0);
+  EXPECT_NE(outcome.errors.find("warning: 1 of 27 vertices lie far away"), std::string::npos);
+  EXPECT_EQ(hues(decode(path("out.png")), "50,50 20,80"), "rr");
+  EXPECT_EQ(run(line + " --strict").exit_code, 1);
+  for (const auto& [way, why] :
+       {std::pair<std::string, std::string>{"--pan=5,0", "lies outside the picture"},
+        {"--pan=5,0 --tile=64", "lies outside the picture"},
+        {"--opacity=0", "fully transparent"},
+        {"--clip=off.txt", "covers no pixel"},
+        {"--clip=off.txt --background=paper.png", "covers no pixel"}}) {
+    write("off.txt", "0,0 1,0 1,1\n");
+    outcome = run("cube.obj --zoom=0.5 --strict -o out.png " + way);
+    EXPECT_EQ(outcome.exit_code, 1) << way;
+    EXPECT_NE(outcome.errors.find(why), std::string::npos) << outcome.errors;
+  }
 }
 
 // Switches whose effect is seen in the picture alone: with each of them it is another one.
